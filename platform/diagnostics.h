@@ -1,0 +1,18 @@
+// Diagnostics that the host reports to its user alongside a command's result.
+#pragma once
+
+#include <vector>
+
+namespace posprint {
+
+struct Substitution {
+  wchar_t character;  // the character that could not be printed
+  int codePage;       // the code page it was converted to
+};
+
+// Called by the text conversion for every character replaced by '?'.
+void NoteSubstitution(wchar_t character, int codePage);
+// Hands out (and forgets) the substitutions noted on this thread since the last call.
+std::vector<Substitution> TakeSubstitutions();
+
+}  // namespace posprint

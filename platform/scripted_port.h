@@ -39,7 +39,7 @@ class ScriptedPort {
   const std::vector<std::string>& Writes() const { return writes_; }
   void ClearWritten() { written_.clear(); writes_.clear(); }
   bool IsOpen() const { return open_; }
-  int Opens() const { return opens_; }
+  int Opens() const { return opens_; }  // successful opens
   int Purges() const { return purges_; }
   int Reads() const { return reads_; }
   bool FlowControl() const { return xonXoff_; }

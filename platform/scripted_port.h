@@ -21,7 +21,10 @@ class ScriptedPort {
 
   // Queues an answer; each read returns at most one answer (an answer is one burst
   // of bytes followed by a quiet line). delayMs: the answer arrives that long after
-  // it is first waited for; a read whose time-out is shorter gets nothing yet.
+  // it is first waited for; a read whose time-out is shorter gets nothing yet (it returns
+  // at once) and the delay still to run shrinks by that time-out. A read asking for
+  // fewer bytes than the answer holds takes the first ones; the rest stays queued.
+  // A purge (request 2560) discards the answers that have arrived (no delay left).
   void Answer(const std::string& bytes, int delayMs = 0);
   // Called with every write (as it went on the line); may queue answers.
   void OnWrite(std::function<void(ScriptedPort&, const std::string& written)> responder);

@@ -1,0 +1,4 @@
+#include "platform/port_kinds.h"
+namespace posprint {
+std::unique_ptr<PortBackend> OpenTerminalPort(const std::string&) { return nullptr; }
+}  // namespace posprint

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <new>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "frame/keywords.h"
@@ -53,6 +55,7 @@ class DriverBase : public APrinter {
   // Earlier blocks stay valid (an open port keeps pointing at its own) until destruction.
   template <class Config>
   Config* NewConfig() {
+    static_assert(std::is_trivially_destructible<Config>::value, "configuration blocks are freed, not destroyed");
     void* memory = posprint::AllocateConfigBlock(sizeof(Config));
     if (!memory) {
       set_last_error(kErrConfigAlloc);
@@ -77,9 +80,12 @@ class DriverBase : public APrinter {
   virtual bool OwnCommand(const Nx_Stringa& command, IXMLDOMNodePtr node);
   bool ClosePrinter();
 
-  // The common first steps of an open: the event, otool_OPEN (71 on failure) and the
-  // two time-outs. The model then creates its context with NewContext.
+  // The common first step of an open: the event and otool_OPEN (71 on failure). Then the
+  // model hands over the two time-outs (ApplyTimeouts) and creates its context.
   bool OpenPort();
+  void ApplyTimeouts();
+  // A new context (the previous one is deleted) on the open handle, with the driver's
+  // terminator and the current configuration block.
   PortContext& NewContext(int lineWidth);
   PortContext& Port() { return *portContext; }
 
@@ -102,9 +108,33 @@ class DriverBase : public APrinter {
   // Text in the printer's code page (models that switch code pages override this).
   virtual std::string PrinterText(const Nx_Stringa& text);
 
+  // The line layouts the text renderers use (the ticket printers shift them).
+  virtual PrinterResult PrintTwoColumns(int leftMargin, int rightMargin, std::string_view left,
+                                        std::string_view right, char fill);
+  virtual PrinterResult PrintTextLine(std::string_view text);     // centred
+  virtual PrinterResult PrintRule(std::string_view pattern);      // pattern across the line
+  // Left (60, 64), right (63, 66) or centred (any other) text on one line.
+  virtual PrinterResult PrintAlignedText(int alignment, std::string_view text);
+
+  // SINGLEFIELD: the alignment when Justify is empty, and which alignments are printed
+  // as a two-column line.
+  virtual int SingleFieldDefaultAlignment() const { return kAlignCenter; }
+  virtual bool IsSideAlignment(int alignment) const { return alignment == kAlignLeft || alignment == kAlignRight; }
+
   // The shared text attribute set-up: offsets (when asked), rotation, then SelectFont.
   virtual bool ApplyTextAttributes(IXMLDOMNodePtr node, bool withOffsets);
   TextAttributes ReadTextAttributes(IXMLDOMNodePtr node) const;
+
+  // BARCODE attributes: Type, Height (times heightScale dots), ModuleWidth, HRI.
+  struct BarcodeAttributes {
+    int type = kBarcodeCode128;
+    int height = 80;
+    int moduleWidth = 3;
+    int textPosition = kTextBelow;
+  };
+  BarcodeAttributes ReadBarcodeAttributes(IXMLDOMNodePtr node, int heightScale) const;
+  // The HRI words, compared as written: no, sopra, sotto, sotto_sopra, sopra_sotto.
+  int ReadHriPosition(IXMLDOMNodePtr node) const;
 
   // The double-field renderer (also SINGLEFIELD with a side alignment).
   bool RenderDoubleField(IXMLDOMNodePtr node);
@@ -120,6 +150,9 @@ class DriverBase : public APrinter {
   // Present and not empty.
   bool AttributeSet(IXMLDOMNodePtr node, const wchar_t* name, Nx_Stringa& value) const;
   Nx_Stringa Text(IXMLDOMNodePtr node) const;
+  Nx_Stringa NodeName(IXMLDOMNodePtr node) const;
+  IXMLDOMNodePtr FirstChild(IXMLDOMNodePtr node, const wchar_t* name) const;
+  IXMLDOMNodePtr NextSibling(IXMLDOMNodePtr node, const wchar_t* name) const;
 
   void* config_ = nullptr;
 

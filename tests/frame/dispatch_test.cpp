@@ -1,0 +1,160 @@
+// The command contract every driver shares, checked on a probe driver.
+#include <gtest/gtest.h>
+
+#include "frame/driver_base.h"
+#include "platform/otool.h"
+#include "platform/scripted_port.h"
+
+namespace {
+
+class ProbeDriver : public DriverBase {
+ public:
+  ProbeDriver() : DriverBase(*FindIdentity("create_STB112Driver")) {}
+  void Configure(Nx_Smartp<IParameterCollection>) override { NewConfig<int>(); }
+  int status = kStatusReady;
+  PrinterResult endResult = kSuccess;
+  int ends = 0;
+  using DriverBase::Context;
+
+ protected:
+  bool OpenPrinter() override {
+    if (!OpenPort()) return false;
+    ApplyTimeouts();
+    NewContext(42);
+    isOpen = 1;
+    return true;
+  }
+  int QueryStatus() override { return status; }
+  PrinterResult EndTicket() override {
+    ++ends;
+    return endResult;
+  }
+};
+
+class Dispatch : public ::testing::Test {
+ protected:
+  bool Run(const wchar_t* command) {
+    driver.ClearErrors();
+    return driver.ExecuteCommand(&parser, command, IXMLDOMNodePtr(), port.Name());
+  }
+  std::vector<int> Errors() const { return driver.RecordedErrors(); }
+
+  posprint::ScriptedPort port;
+  Nx_XMLParser parser;
+  ProbeDriver driver;
+};
+
+TEST_F(Dispatch, UnknownEmptyAndOwnCommandsSucceedSilently) {
+  for (const wchar_t* name : {L"", L"PRINT_LOGO", L"STB112_NEWPRINT", L"stb112_newprint"}) {
+    EXPECT_TRUE(Run(name));
+    EXPECT_TRUE(Errors().empty());
+  }
+  EXPECT_EQ(port.Opens(), 0);
+}
+
+TEST_F(Dispatch, CheckBeforeInitRecordsThreeThenOne) {
+  EXPECT_FALSE(Run(L"CHECK"));
+  EXPECT_EQ(Errors(), (std::vector<int>{3, 1}));
+}
+
+TEST_F(Dispatch, EndPrintBeforeInitRecordsThree) {
+  EXPECT_FALSE(Run(L"STOP_PRINT"));
+  EXPECT_EQ(Errors(), (std::vector<int>{3}));
+}
+
+TEST_F(Dispatch, InitOpensOnceAndHandsOverTheTimeouts) {
+  EXPECT_TRUE(Run(L"init_printer"));
+  EXPECT_TRUE(Run(L"INIT_PRINTER"));
+  EXPECT_EQ(port.Opens(), 1);
+  int readTimeout = 0, writeTimeout = 0;
+  otool_IOCTL(driver.Context()->handle, kPortGetReadTimeout, static_cast<void*>(&readTimeout));
+  otool_IOCTL(driver.Context()->handle, kPortGetWriteTimeout, static_cast<void*>(&writeTimeout));
+  EXPECT_EQ(readTimeout, 300);
+  EXPECT_EQ(writeTimeout, 5000);
+}
+
+TEST_F(Dispatch, PortThatWillNotOpenRecords71) {
+  port.FailOpen();
+  EXPECT_FALSE(Run(L"INIT_PRINTER"));
+  EXPECT_EQ(Errors(), (std::vector<int>{71}));
+  EXPECT_FALSE(driver.IsOpen());
+}
+
+TEST_F(Dispatch, StopPrinterTwiceSucceedsBothTimes) {
+  ASSERT_TRUE(Run(L"INIT_PRINTER"));
+  EXPECT_TRUE(Run(L"STOP_PRINTER"));
+  EXPECT_FALSE(port.IsOpen());
+  EXPECT_TRUE(Run(L"STOP_PRINTER"));
+  EXPECT_TRUE(Errors().empty());
+}
+
+TEST_F(Dispatch, FailedCloseRecordsTwoAndStaysOpen) {
+  ASSERT_TRUE(Run(L"INIT_PRINTER"));
+  port.FailClose();
+  EXPECT_FALSE(Run(L"STOP_PRINTER"));
+  EXPECT_EQ(Errors(), (std::vector<int>{2}));
+  EXPECT_TRUE(driver.IsOpen());
+}
+
+TEST_F(Dispatch, CheckReportsStatusAndMapsLowValuesTo150) {
+  ASSERT_TRUE(Run(L"INIT_PRINTER"));
+  struct Row { int status; bool ok; std::vector<int> errors; };
+  const Row rows[] = {{100, true, {}}, {102, false, {102}}, {0, false, {150}}, {99, false, {150}}, {101, false, {101}}};
+  for (const Row& r : rows) {
+    driver.status = r.status;
+    EXPECT_EQ(Run(L"CHECK"), r.ok) << r.status;
+    EXPECT_EQ(Errors(), r.errors) << r.status;
+  }
+}
+
+TEST_F(Dispatch, StopPrintEndsThroughEndPrint) {
+  ASSERT_TRUE(Run(L"INIT_PRINTER"));
+  struct Row { PrinterResult end; bool ok; std::vector<int> errors; };
+  const Row rows[] = {{1, true, {}}, {0, false, {}}, {13, false, {13}}};
+  for (const Row& r : rows) {
+    driver.endResult = r.end;
+    EXPECT_EQ(Run(L"STOP_PRINT"), r.ok) << r.end;
+    EXPECT_EQ(Errors(), r.errors) << r.end;
+  }
+  EXPECT_EQ(driver.ends, 3);
+}
+
+TEST_F(Dispatch, FieldsNeedAnOpenPort) {
+  ASSERT_TRUE(parser.LoadString("<Job><LINE Char='='/><FOOTER/></Job>", nullptr));
+  IXMLDOMNodePtr line = parser.GetFirstChild(parser.Root(), L"LINE");
+  EXPECT_FALSE(driver.ExecuteCommand(&parser, L"NEWPRINT", line, port.Name()));
+  EXPECT_EQ(Errors(), (std::vector<int>{3}));
+  driver.ClearErrors();
+  IXMLDOMNodePtr footer = parser.GetFirstChild(parser.Root(), L"FOOTER");
+  EXPECT_TRUE(driver.ExecuteCommand(&parser, L"NewPrint", footer, port.Name()));
+  EXPECT_TRUE(Errors().empty());
+}
+
+TEST(Configure, FailedAllocationRecords12AndLeavesNoBlock) {
+  ProbeDriver driver;
+  posprint::FailNextConfigAllocation();
+  driver.Configure(Nx_Smartp<IParameterCollection>(new ParameterCollection()));
+  EXPECT_EQ(driver.RecordedErrors(), (std::vector<int>{12}));
+  EXPECT_EQ(driver.ConfigBlock(), nullptr);
+}
+
+TEST(Identity, ConstructorFillsTheCommonState) {
+  ProbeDriver driver;
+  Nx_Stringa name;
+  driver.GetComponentName(name);
+  EXPECT_EQ(name, L"KpSTB112");
+  EXPECT_EQ(driver.Info().modelName, L"STB112");
+  EXPECT_EQ(driver.Info().flagA, 1);
+  EXPECT_EQ(driver.Info().flagB, 0);
+  EXPECT_STREQ(driver.Info().terminator, "\r\n");
+  EXPECT_FALSE(driver.IsOpen());
+}
+
+TEST(AtoiText, LeadingDigitsOnly) {
+  struct Row { const wchar_t* text; int value; };
+  const Row rows[] = {{L"12", 12}, {L" -5", -5}, {L"+7x", 7}, {L"2.5", 2}, {L"abc", 0}, {L"", 0},
+                      {L"99999999999", 2147483647}};
+  for (const Row& r : rows) EXPECT_EQ(AtoiText(r.text), r.value);
+}
+
+}  // namespace

@@ -132,7 +132,7 @@ int otool_WRITE(int handle, const char* buffer, int count) {
   auto port = Find(handle);
   if (!port || (buffer == nullptr && count != 0) || count < 0) return -1;
   std::lock_guard<std::mutex> lock(port->mutex);
-  if (port->scrambleKey == 0) return port->backend->Write(buffer, count, port->writeTimeoutMs);
+  if (port->scrambleKey == 0 || count == 0) return port->backend->Write(buffer, count, port->writeTimeoutMs);
   std::string line(buffer, static_cast<std::size_t>(count));
   posprint::Scramble(line.data(), count, port->scrambleKey);
   return port->backend->Write(line.data(), count, port->writeTimeoutMs);

@@ -14,25 +14,18 @@
 #include <string>
 
 #include "platform/otool.h"
+#include "ports/port_io.h"
 #include "support/bytes.h"
 
 namespace posprint {
 namespace {
 
 using test::Hex;
+using test::Read;
+using test::Write;
 using test::ToHex;
 
 std::wstring Wide(const std::string& text) { return std::wstring(text.begin(), text.end()); }
-
-std::string Read(int handle, int count) {
-  std::string buffer(static_cast<std::size_t>(count), '\0');
-  const int got = otool_READ(handle, buffer.data(), count);
-  return got < 0 ? "<failed>" : buffer.substr(0, static_cast<std::size_t>(got));
-}
-
-int Write(int handle, const std::string& bytes) {
-  return otool_WRITE(handle, bytes.data(), static_cast<int>(bytes.size()));
-}
 
 std::string FileContents(const std::string& path) {
   std::ifstream in(path, std::ios::binary);

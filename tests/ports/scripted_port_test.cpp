@@ -7,23 +7,16 @@
 
 #include "platform/otool.h"
 #include "platform/scripted_port.h"
+#include "ports/port_io.h"
 #include "support/bytes.h"
 
 namespace posprint {
 namespace {
 
 using test::Hex;
+using test::Read;
+using test::Write;
 using test::ToHex;
-
-std::string Read(int handle, int count) {
-  std::string buffer(static_cast<std::size_t>(count), '\0');
-  const int got = otool_READ(handle, buffer.data(), count);
-  return got < 0 ? "<failed>" : buffer.substr(0, static_cast<std::size_t>(got));
-}
-
-int Write(int handle, const std::string& bytes) {
-  return otool_WRITE(handle, bytes.data(), static_cast<int>(bytes.size()));
-}
 
 TEST(ScriptedPort, RecordsEveryWriteAndEachCall) {
   ScriptedPort port;

@@ -14,12 +14,15 @@
 #include <thread>
 
 #include "platform/otool.h"
+#include "ports/port_io.h"
 #include "support/bytes.h"
 
 namespace posprint {
 namespace {
 
 using test::Hex;
+using test::Read;
+using test::Write;
 using test::ToHex;
 using Steady = std::chrono::steady_clock;
 
@@ -81,16 +84,6 @@ class Pty {
   int master_ = -1, slave_ = -1;
   std::string path_;
 };
-
-std::string Read(int handle, int count) {
-  std::string buffer(static_cast<std::size_t>(count), '\0');
-  const int got = otool_READ(handle, buffer.data(), count);
-  return got < 0 ? "<failed>" : buffer.substr(0, static_cast<std::size_t>(got));
-}
-
-int Write(int handle, const std::string& bytes) {
-  return otool_WRITE(handle, bytes.data(), static_cast<int>(bytes.size()));
-}
 
 class TerminalPort : public testing::Test {
  protected:

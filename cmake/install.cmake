@@ -33,3 +33,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/posprintConfig.cmake
 
 configure_file(cmake/posprint.pc.in ${CMAKE_CURRENT_BINARY_DIR}/posprint.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/posprint.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# Installed programs find the framework library beside them, wherever the prefix is.
+set_target_properties(posprint PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+set_target_properties(posprint_drivers PROPERTIES INSTALL_RPATH "$ORIGIN/..")

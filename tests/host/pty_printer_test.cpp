@@ -3,7 +3,6 @@
 // only keep a fault from hanging the suite.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
 
 #include "platform/otool.h"
@@ -86,16 +85,14 @@ TEST(PtyPrinter, FollowsAScrambledModeSwitchedMidSession) {
   EXPECT_EQ(ToHex(printer.Received()), "1B F9 CB 10 04 02");
 }
 
-TEST(PtyPrinter, SendsUnaskedBytesAndStopsPromptly) {
+TEST(PtyPrinter, SendsUnaskedBytesAndStops) {
   PtyPrinter printer;
   ASSERT_TRUE(printer.Ok()) << printer.Error();
   Port port(printer.PortName());
   printer.Send(Hex("13"));
   EXPECT_EQ(ToHex(port.Read(1)), "13");
-  const auto start = std::chrono::steady_clock::now();
   printer.Stop();
-  printer.Stop();
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  printer.Stop();  // stopping twice is harmless
   EXPECT_EQ(port.Write(Hex("0A")), 1);  // the line stays open after the printer stopped
 }
 

@@ -64,6 +64,13 @@ TEST_F(RunJob, HumanLinesAndExitZeroWhenEverythingSucceeds) {
   EXPECT_EQ(Sent(), std::string(kOpenBytes) + " 0D 0A 0D 0A");
 }
 
+TEST_F(RunJob, JobWithoutCommandsSucceedsAndOpensNothing) {
+  const ProgramRun run = Run("<Job><!-- nothing to do yet --></Job>", {"--json"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out, "");
+  EXPECT_FALSE(std::filesystem::exists(dir.Path() + "/out.bin"));
+}
+
 TEST_F(RunJob, HumanLineOfAFailureListsTheErrors) {
   const ProgramRun run = Run(Job(Command("CHECK")));
   EXPECT_EQ(run.status, 1);

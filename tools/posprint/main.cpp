@@ -1,6 +1,7 @@
 // posprint: the command-line host of the driver plug-in. Each subcommand is its own
 // file (run_command.cpp ...); this file only wires them to the command line and turns
 // command-line mistakes into exit status 2.
+#include <csignal>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -32,6 +33,9 @@ int main(int argc, char** argv) {
   // One line a command: a person (or a program) watching a slow printer sees each result
   // as it comes, not when the job is over.
   std::setvbuf(stdout, nullptr, _IOLBF, 0);
+  // A reader that goes away (posprint run ... | head -1) must not kill the host in the
+  // middle of a ticket: the job goes on, only its report is lost.
+  std::signal(SIGPIPE, SIG_IGN);
 
   CLI::App app{"posprint: runs print jobs through the posprint printer drivers", "posprint"};
   app.require_subcommand(1);

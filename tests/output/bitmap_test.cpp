@@ -95,13 +95,6 @@ TEST(ReadMonoBmp, BrokenFilesAreRefused) {
   }
 }
 
-TEST(ReadMonoBmp, NotABitmap) {
-  BmpImage image;
-  EXPECT_EQ(ReadMonoBmp({}, image), BmpCheck::kNotBitmap);
-  EXPECT_EQ(ReadMonoBmp({'B'}, image), BmpCheck::kNotBitmap);
-  EXPECT_EQ(ReadMonoBmp({'h', 'e', 'l', 'l', 'o'}, image), BmpCheck::kNotBitmap);
-}
-
 struct BandCase {
   const char* name;
   Bytes bmp;

@@ -32,11 +32,11 @@
 // closing of the port never ends the session early and no byte sent is lost.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <functional>
 #include <mutex>
-#include <atomic>
 #include <string>
 #include <thread>
 #include <utility>

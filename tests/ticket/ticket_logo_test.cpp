@@ -97,6 +97,7 @@ TEST_F(Stb112Logo, NameChecks) {
 }
 
 TEST_F(Stb80Logo, AlwaysSixHundredDots) {
+  this->printer.key = 0xCB;  // the STB80 runs scrambled
   this->Open();
   ASSERT_TRUE(this->Field("<LOGO FileName='small.bmp'/>"));
   EXPECT_EQ(this->Read(), "1B 21 00 1B 7B 00 1D 76 30 33 14 00 02 00 " + Zeros(18) + " FF 00 " + Zeros(18) + " 08 10");

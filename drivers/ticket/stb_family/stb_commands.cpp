@@ -67,10 +67,9 @@ PrinterResult stb_CutRetract(const PortContext& ctx) {
   // ESC ( v nL nH: feed by a signed 16-bit count of dot lines. Forward 100 brings the
   // printed part past the blade, ESC i cuts, back 100 (0xFF9C) returns the new top edge
   // under the head so the next ticket does not start with a blank margin.
-  const PrinterResult forward = WriteBytes(ctx, "\x1B\x28\x76\x64\x00", 5);
-  const PrinterResult cut = stb_CutFull(ctx);
-  const PrinterResult back = WriteBytes(ctx, "\x1B\x28\x76\x9C\xFF", 5);
-  return forward == kSuccess && cut == kSuccess && back == kSuccess ? kSuccess : kFailure;
+  if (WriteBytes(ctx, "\x1B\x28\x76\x64\x00", 5) != kSuccess) return kFailure;
+  if (stb_CutFull(ctx) != kSuccess) return kFailure;
+  return WriteBytes(ctx, "\x1B\x28\x76\x9C\xFF", 5);
 }
 
 PrinterResult stb_Cut(const PortContext& ctx, Cut cut) {

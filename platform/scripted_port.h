@@ -21,7 +21,10 @@ class ScriptedPort {
 
   // Queues an answer; each read returns at most one answer (an answer is one burst
   // of bytes followed by a quiet line). delayMs: the answer arrives that long after
-  // it is first waited for; a read whose time-out is shorter gets nothing yet.
+  // it is first waited for; a read whose time-out is shorter gets nothing yet (it returns
+  // at once) and the delay still to run shrinks by that time-out. A read asking for
+  // fewer bytes than the answer holds takes the first ones; the rest stays queued.
+  // A purge (request 2560) discards the answers that have arrived (no delay left).
   void Answer(const std::string& bytes, int delayMs = 0);
   // Called with every write (as it went on the line); may queue answers.
   void OnWrite(std::function<void(ScriptedPort&, const std::string& written)> responder);
@@ -39,7 +42,7 @@ class ScriptedPort {
   const std::vector<std::string>& Writes() const { return writes_; }
   void ClearWritten() { written_.clear(); writes_.clear(); }
   bool IsOpen() const { return open_; }
-  int Opens() const { return opens_; }
+  int Opens() const { return opens_; }  // successful opens
   int Purges() const { return purges_; }
   int Reads() const { return reads_; }
   bool FlowControl() const { return xonXoff_; }

@@ -12,6 +12,15 @@ cmake -S . -B build -G Ninja -DPOSPRINT_WERROR=ON >/dev/null
 cmake --build build -j"$jobs"
 ctest --test-dir build --output-on-failure -j"$jobs"
 
+echo "== install, and build the example host against the installed package =="
+stage="$PWD/build/stage"
+rm -rf "$stage" build/example-host
+cmake --install build --prefix "$stage" >/dev/null
+cmake -S examples/host -B build/example-host -G Ninja -DCMAKE_PREFIX_PATH="$stage" >/dev/null
+cmake --build build/example-host
+LD_LIBRARY_PATH="$stage/lib" build/example-host/print_ticket "file:$PWD/build/example-host/ticket.bin"
+test -s build/example-host/ticket.bin
+
 echo "== sanitizer build (address, undefined behaviour) and test =="
 cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPOSPRINT_SANITIZE=ON -DPOSPRINT_WERROR=ON >/dev/null
 cmake --build build-asan -j"$jobs"

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/nx_string.h"
 #include "platform/port_kinds.h"
 
 namespace posprint {
@@ -48,31 +49,6 @@ int Insert(std::shared_ptr<OpenPort> port) {
 void Remove(int handle, const std::shared_ptr<OpenPort>& port) {
   std::lock_guard<std::mutex> lock(tableMutex);
   if (table[handle] == port) table[handle].reset();
-}
-
-// Port names arrive as wide strings; the back-ends work with UTF-8 paths and host names.
-std::string Utf8(const wchar_t* text) {
-  std::string out;
-  for (; *text; ++text) {
-    auto c = static_cast<std::uint32_t>(*text);
-    if (c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = '?';
-    if (c < 0x80) {
-      out += static_cast<char>(c);
-    } else if (c < 0x800) {
-      out += static_cast<char>(0xC0 | (c >> 6));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-      out += static_cast<char>(0xE0 | (c >> 12));
-      out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-      out += static_cast<char>(0xF0 | (c >> 18));
-      out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-      out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-  }
-  return out;
 }
 
 int SetState(OpenPort& port, int word) {
@@ -136,7 +112,7 @@ int otool_OPEN(const wchar_t* name, int mode, void* event) {
   (void)mode;   // ports are always opened for reading and writing
   (void)event;  // nothing here signals asynchronously: reads and writes block
   if (name == nullptr) return -1;
-  auto backend = posprint::OpenPortBackend(posprint::Utf8(name));
+  auto backend = posprint::OpenPortBackend(Nx_Stringa(name).ToUtf8());
   if (!backend) return -1;
   auto port = std::make_shared<OpenPort>();
   port->backend = std::move(backend);
@@ -156,7 +132,7 @@ int otool_WRITE(int handle, const char* buffer, int count) {
   auto port = Find(handle);
   if (!port || (buffer == nullptr && count != 0) || count < 0) return -1;
   std::lock_guard<std::mutex> lock(port->mutex);
-  if (port->scrambleKey == 0) return port->backend->Write(buffer, count, port->writeTimeoutMs);
+  if (port->scrambleKey == 0 || count == 0) return port->backend->Write(buffer, count, port->writeTimeoutMs);
   std::string line(buffer, static_cast<std::size_t>(count));
   posprint::Scramble(line.data(), count, port->scrambleKey);
   return port->backend->Write(line.data(), count, port->writeTimeoutMs);

@@ -27,7 +27,9 @@ class PortBackend {
 using PortFactory = std::function<std::unique_ptr<PortBackend>(const std::string& rest)>;
 
 // Registers a kind of port under a name prefix such as "tcp:" (the empty prefix is the
-// terminal-device fallback). A later registration of the same prefix replaces the earlier.
+// terminal-device fallback).
+// A later registration of the same prefix replaces the earlier; a null factory removes
+// the prefix. A name goes to the kind with the longest prefix that begins it.
 void RegisterPortKind(const std::string& prefix, PortFactory factory);
 
 }  // namespace posprint

@@ -14,14 +14,23 @@ namespace {
 
 // Live scripted ports by number. A back-end looks its port up on every call, so a port
 // destroyed while a handle is still open makes that handle fail instead of dangling.
-std::mutex portsMutex;
-std::map<int, ScriptedPort*> ports;
-int nextNumber = 1;
+struct LivePorts {
+  std::mutex mutex;
+  std::map<int, ScriptedPort*> byNumber;
+  int nextNumber = 1;
+};
+
+// Built on first use: a test may make a ScriptedPort from a static initialiser.
+LivePorts& Live() {
+  static LivePorts live;
+  return live;
+}
 
 ScriptedPort* Lookup(int number) {
-  std::lock_guard<std::mutex> lock(portsMutex);
-  auto it = ports.find(number);
-  return it == ports.end() ? nullptr : it->second;
+  LivePorts& live = Live();
+  std::lock_guard<std::mutex> lock(live.mutex);
+  auto it = live.byNumber.find(number);
+  return it == live.byNumber.end() ? nullptr : it->second;
 }
 
 class ScriptedBackend : public PortBackend {
@@ -123,17 +132,19 @@ std::unique_ptr<PortBackend> OpenScriptedPort(const std::string& number) {
 }
 
 ScriptedPort::ScriptedPort() {
-  std::lock_guard<std::mutex> lock(portsMutex);
-  const int number = nextNumber++;
-  ports[number] = this;
+  LivePorts& live = Live();
+  std::lock_guard<std::mutex> lock(live.mutex);
+  const int number = live.nextNumber++;
+  live.byNumber[number] = this;
   name_ = L"script:" + std::to_wstring(number);
 }
 
 ScriptedPort::~ScriptedPort() {
-  std::lock_guard<std::mutex> lock(portsMutex);
-  for (auto it = ports.begin(); it != ports.end(); ++it) {
+  LivePorts& live = Live();
+  std::lock_guard<std::mutex> lock(live.mutex);
+  for (auto it = live.byNumber.begin(); it != live.byNumber.end(); ++it) {
     if (it->second == this) {
-      ports.erase(it);
+      live.byNumber.erase(it);
       break;
     }
   }

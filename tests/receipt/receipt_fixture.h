@@ -35,8 +35,9 @@ class DriverTest : public ::testing::Test {
     driver.ClearErrors();
     return driver.ExecuteCommand(&parser, name, node, port.Name());
   }
-  // INIT_PRINTER, then forgets what the open sent and waited.
+  // INIT_PRINTER, then forgets what the open sent and waited and how the printer answered.
   void Open(Keys keys = {}) {
+    port.OnWrite(nullptr);
     Configure(keys);
     ASSERT_TRUE(Command(L"INIT_PRINTER"));
     port.ClearWritten();

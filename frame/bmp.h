@@ -18,8 +18,8 @@ struct BmpImage {
 enum class BmpCheck {
   kOk,
   kNotBitmap,   // no "BM" signature: callers print nothing and succeed
-  kNotMono,     // more than one bit per pixel
-  kMalformed,   // header fields that do not fit the file
+  kNotMono,     // a bit depth other than 1: callers give 0
+  kMalformed,   // header fields that do not fit the file, or a top-down (negative height) file: callers give 0
 };
 
 BmpCheck ReadMonoBmp(const std::vector<std::uint8_t>& file, BmpImage& image);

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <initializer_list>
 #include <utility>
+#include <vector>
 
 #include "platform/om_map.h"
 
@@ -31,7 +32,7 @@ class KeywordTable {
   }
 
  private:
-  std::initializer_list<Row> rows_;
+  std::vector<Row> rows_;
   bool upperCase_;
   bool hasEmptyDefault_;
   int fallback_;

@@ -180,7 +180,7 @@ TEST_F(Tmt70, TextFields) {
        "  A" + std::string(38, ' ') + "B\r\n"},
       {"double field side margins", "<DOUBLEFIELDS MarginSx='1' MarginDx='3'><LeftField>A</LeftField><RightField>B</RightField></DOUBLEFIELDS>",
        " A" + std::string(36, ' ') + "B   \r\n"},
-      {"accents in PC437", "<SINGLEFIELD><Field>Café</Field></SINGLEFIELD>", pad18 + "Caf\x82\r\n"},
+      {"accents in PC437", "<SINGLEFIELD><Field>Café</Field></SINGLEFIELD>", std::string(19, ' ') + "Caf\x82\r\n"},
   };
   Configure({});
   Open();
@@ -221,7 +221,7 @@ TEST_F(Tmt70, LineAndLineFeed) {
 TEST_F(Tmt70, LineFeedShortWriteRecordsZero) {
   Configure({});
   Open();
-  port.ShortWriteAt(port.Writes().size() + 1);
+  port.ShortWriteAt(port.writeCount_ + 1);  // the next write
   EXPECT_FALSE(Field("<LINEFEED Value='2'/>"));
   EXPECT_EQ(Errors(), (std::vector<int>{0}));
 }

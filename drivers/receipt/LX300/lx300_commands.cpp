@@ -72,9 +72,15 @@ PrinterResult lx300_PageSetup(const PortContext& ctx) {
 }
 
 // A printer of this kind never answers: the one thing to tell is whether its port is
-// there and usable (a serial adapter unplugged, a network printer gone, a port closed
-// underneath the driver).
-int lx300_PortStatus(const PortContext& ctx) { return PortReady(ctx) ? kStatusReady : kStatusNoAnswer; }
+// still usable. The handle must be valid, and the device must take a request: a purge of
+// unread input reaches the device itself, so a serial adapter pulled out fails it. The
+// printer sends nothing worth keeping (its XON and XOFF never reach the input).
+int lx300_PortStatus(PortContext& ctx) {
+  ctx.statusFlags &= ~kFlagPortError;
+  if (PortReady(ctx) && otool_IOCTL(ctx.handle, kPortPurge, 0) >= 0) return kStatusReady;
+  ctx.statusFlags |= kFlagPortError;
+  return kStatusNoAnswer;
+}
 
 PrinterResult lx300_FormFeed(const PortContext& ctx) {
   // FF: print and move to the top of the next page

@@ -41,7 +41,7 @@ int lx300_Columns(const Config& config, bool condensed, bool doubleWidth);
 void lx300_SwitchOnXonXoff(int handle);
 PrinterResult lx300_Initialise(const PortContext& ctx);
 PrinterResult lx300_PageSetup(const PortContext& ctx);
-int lx300_PortStatus(const PortContext& ctx);
+int lx300_PortStatus(PortContext& ctx);
 PrinterResult lx300_FormFeed(const PortContext& ctx);
 PrinterResult lx300_EndPrint(const PortContext& ctx);
 PrinterResult lx300_SelectFont(PortContext& ctx, const TextAttributes& attributes);

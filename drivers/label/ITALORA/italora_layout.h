@@ -38,6 +38,9 @@ class LabelLayout {
   float Right() const { return left_ + width_; }
   float Centre() const { return left_ + width_ / 2; }
   float Width() const { return width_; }
+  // Where the last character cell of a text line ends (the cells do not always fill the
+  // width exactly): right-aligned text ends here, as the right column of a double field.
+  float LineEnd() const { return left_ + CharactersPerLine() * CellWidth(); }
   float Y() const { return y_; }
   void Down(float millimetres) { y_ += millimetres; }
 

@@ -179,7 +179,7 @@ PrinterResult KpITALORA::PrintAlignedText(int alignment, std::string_view text) 
   const float length = text.size() * cell;
   float x = layout_.Left() + (layout_.Width() - length) / 2;
   if (alignment == kAlignLeft || alignment == kAlignLeftPrinter) x = layout_.Left() + indent_ * cell;
-  if (alignment == kAlignRight || alignment == kAlignRightPrinter) x = layout_.Right() - length;
+  if (alignment == kAlignRight || alignment == kAlignRightPrinter) x = layout_.LineEnd() - length;
   PrinterResult result = text.empty() ? kSuccess : TextAt(x, text);
   layout_.Down(layout_.LineHeight());
   return result;

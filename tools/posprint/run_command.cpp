@@ -1,0 +1,154 @@
+// posprint run: loads the driver plug-in, makes the model's driver through its factory
+// export, configures it once, and sends it the job's commands one by one, in document
+// order, whatever the earlier ones returned.
+//
+// Everything that can be wrong before the printer is touched (the command line, the
+// model, the job file, the parameters, the plug-in) is checked first: then exit status 2,
+// a message on stderr, and no command runs.
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "job_file.h"
+#include "job_runner.h"
+#include "model_names.h"
+#include "parameter_input.h"
+#include "platform/aprinter.h"
+#include "platform/logo_files.h"
+#include "platform/parameters.h"
+#include "plugin.h"
+#include "report.h"
+#include "subcommand.h"
+
+namespace posprint::host {
+namespace {
+
+struct RunOptions {
+  std::string model;
+  std::string port;
+  std::vector<std::string> params;  // KEY=VALUE, in command-line order
+  std::string paramsFile;
+  std::string logoDir;              // empty: the job file's directory
+  bool json = false;
+  std::string job;
+};
+
+bool IsDirectory(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+int Refuse(const std::string& message) {
+  std::fprintf(stderr, "posprint run: %s\n", message.c_str());
+  return kExitUsage;
+}
+
+// The file's pairs first, then the --param pairs: a later pair for the same key wins.
+bool CollectParameters(const RunOptions& options, std::vector<ParameterPair>& pairs, std::string* error) {
+  if (!options.paramsFile.empty() && !ReadParameterFile(options.paramsFile, pairs, error)) return false;
+  for (const std::string& argument : options.params) {
+    ParameterPair pair;
+    if (!ParseParameterArgument(argument, pair, error)) return false;
+    pairs.push_back(std::move(pair));
+  }
+  return true;
+}
+
+Nx_Smartp<IParameterCollection> MakeCollection(const std::vector<ParameterPair>& pairs) {
+  auto* collection = new ParameterCollection();
+  Nx_Smartp<IParameterCollection> owner(collection);
+  for (const ParameterPair& pair : pairs)
+    collection->Set(Nx_Stringa::FromUtf8(pair.first), Nx_Stringa::FromUtf8(pair.second));
+  return owner;
+}
+
+// Without --logo-dir, logos are looked for beside the job file: a job and its logos
+// usually travel together.
+std::string DefaultLogoDirectory(const std::string& jobPath) {
+  const std::size_t slash = jobPath.rfind('/');
+  if (slash == std::string::npos) return ".";
+  if (slash == 0) return "/";
+  return jobPath.substr(0, slash);
+}
+
+std::size_t LabelWidth(Nx_XMLParser& parser, const std::vector<JobCommand>& commands) {
+  std::size_t width = 16;
+  for (const JobCommand& command : commands) {
+    CommandResult shape;
+    shape.name = command.name;
+    shape.element = parser.GetName(command.node).ToUtf8();
+    width = std::max(width, DisplayWidth(Label(shape)));
+  }
+  return width;
+}
+
+int Run(const RunOptions& options) {
+  const ModelIdentity* identity = FindModel(options.model);
+  if (!identity)
+    return Refuse("unknown model \"" + options.model + "\"; the models are (model, component, factory):\n" +
+                  DescribeModels());
+
+  if (!options.logoDir.empty() && !IsDirectory(options.logoDir))
+    return Refuse("--logo-dir " + options.logoDir + ": not a directory");
+
+  std::string error;
+  Nx_XMLParser parser;
+  std::vector<JobCommand> commands;
+  if (!LoadJob(parser, options.job, commands, &error)) return Refuse(error);
+
+  std::vector<ParameterPair> pairs;
+  if (!CollectParameters(options, pairs, &error)) return Refuse(error);
+
+  DriverPlugin plugin;  // declared before the driver: the driver goes first
+  if (!plugin.Load(FindPluginPath(), &error)) return Refuse(error);
+  std::unique_ptr<APrinter> driver = plugin.Create(identity->factory, &error);
+  if (!driver) return Refuse(error);
+
+  SetLogoDirectory(options.logoDir.empty() ? DefaultLogoDirectory(options.job) : options.logoDir);
+
+  driver->ClearErrors();
+  driver->Configure(MakeCollection(pairs));
+  for (int code : driver->RecordedErrors())
+    std::fprintf(stderr, "posprint run: warning: configuring the driver recorded error %d\n", code);
+
+  const Nx_Stringa port = Nx_Stringa::FromUtf8(options.port);
+  Reporter reporter(stdout, stderr, options.json, LabelWidth(parser, commands));
+  bool allOk = true;
+  for (const JobCommand& command : commands) {
+    const CommandResult result = RunCommand(*driver, parser, command, port);
+    reporter.Report(result);
+    allOk = allOk && result.ok;
+  }
+  driver.reset();
+  return allOk ? kExitOk : kExitFailed;
+}
+
+}  // namespace
+
+Subcommand AddRunCommand(CLI::App& parent) {
+  auto options = std::make_shared<RunOptions>();
+  CLI::App* run = parent.add_subcommand("run", "Run a print job (an XML file of commands) on one printer");
+  run->add_option("--model", options->model,
+                  "Printer model: model name (TMT70), component name (KpTMT70) or factory (create_KpTMT70), any case")
+      ->required();
+  run->add_option("--port", options->port,
+                  "Port the printer is on: /dev/ttyUSB0, /dev/ttyS0@9600, tcp:HOST:PORT, file:PATH")
+      ->required();
+  run->add_option("--param", options->params, "Configuration KEY=VALUE (repeatable; overrides --params)")
+      ->allow_extra_args(false)
+      ->type_name("KEY=VALUE");
+  run->add_option("--params", options->paramsFile, "File of KEY=VALUE lines ('#' starts a comment)")
+      ->type_name("FILE");
+  run->add_option("--logo-dir", options->logoDir,
+                  "Directory standing for the terminal's logo folder (default: the job file's directory)")
+      ->type_name("DIR");
+  run->add_flag("--json", options->json, "One JSON object a command on stdout");
+  run->add_option("job", options->job, "The job file")->required()->type_name("JOB.xml");
+  return {run, [options] { return Run(*options); }};
+}
+
+}  // namespace posprint::host

@@ -105,6 +105,9 @@ class DriverBase : public APrinter {
 
   // Model commands the generic renderers call.
   virtual PrinterResult SelectFont(const TextAttributes& attributes);
+  // The rotation of text and logos (ESC { upside-down here); printers that cannot turn
+  // what they print send nothing.
+  virtual PrinterResult SelectRotation(int rotation);
   virtual PrinterResult CutCommand();
   virtual PrinterResult PrintLogoImage(const std::vector<std::uint8_t>& bmp);
   // Text in the printer's code page (models that switch code pages override this).

@@ -1,6 +1,7 @@
 // Logos on the ticket printers: the GS v 0 raster at double size, centred by whole blank
 // bytes, pixels inverted and the padding of the last byte masked; the STB60's ESC * bands
 // framed by centring.
+#include <unistd.h>
 #include <cstdlib>
 #include <fstream>
 
@@ -26,7 +27,7 @@ std::string Zeros(int count) { return ToHex(std::string(static_cast<std::size_t>
 class LogoFiles {
  public:
   LogoFiles() {
-    const std::string directory = ::testing::TempDir() + "ticket_logos";
+    const std::string directory = ::testing::TempDir() + "ticket_logos_" + std::to_string(::getpid());
     EXPECT_EQ(std::system(("mkdir -p '" + directory + "'").c_str()), 0);
     posprint::SetLogoDirectory(directory);
     // 12 x 2: the padding of the second byte must not print.

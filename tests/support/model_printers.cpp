@@ -14,8 +14,33 @@ const std::string kHsFirst = std::string("\x02") + "030,0,0,0245,000,0,0,0,000,0
 const std::string kHsSecond = std::string("\x02") + "001,0,0,0,1,2,6,0,00000000,1,000" + "\x03\r\n";
 const std::string kHsThird = std::string("\x02") + "1234,0" + "\x03\r\n";
 
+// A six-byte real-time status of the presenter and ticket printers: 10 0F, four bytes.
+const std::string kSixByteReady = std::string("\x10\x0F\x00\x00\x00\x00", 6);
+// The plain one-byte answer to ESC v: no sensor set.
+const std::string kNoSensorByte = std::string("\x00", 1);
+
 const std::vector<ModelPrinter>& Printers() {
   static const std::vector<ModelPrinter> printers = {
+      {"create_KpITALORA", {}, {{"?90\r", {"!90&0&0&0&0&0\r"}}}},  // status question, answer line
+      {"create_KpLX300", {}, {}},                                  // never answers
+      {"create_KpPLUS",
+       {{L"param_CutType", L"val_Partial"}},
+       {{"\x10\x04\x02", {kReadyByte}}, {"\x10\x04\x04", {kReadyByte}}}},
+      {"create_Q1Driver",
+       {{L"param_LinefeedEjection", L"TRUE"}},
+       {{"\x1D\x49\x31", {"\x01"}},  // GS I 1: printer identification
+        {"\x10\x04\x02", {kReadyByte}},
+        {"\x10\x04\x14", {kSixByteReady}}}},
+      {"create_STB112Driver",
+       {{L"param_LinefeedEjection", L"TRUE"}, {L"param_CutType", L"val_Partial"}},
+       {{"\x10\x04\x02", {kReadyByte}}, {"\x10\x04\x11", {kReadyByte}}}},
+      {"create_STB60Driver", {}, {{"\x1B\x76", {kReadyByte}}}},
+      {"create_STB80Driver",
+       {{L"param_LinefeedEjection", L"TRUE"}, {L"param_CutType", L"val_Partial"}},
+       {{"\x10\x04\x02", {kReadyByte}}, {"\x10\x04\x14", {kSixByteReady}}}},
+      {"create_KpTM295", {}, {{"\x1B\x76", {kNoSensorByte}}}},
+      {"create_KpTM300", {{L"param_CutType", L"val_Partial"}}, {{"\x1B\x76", {kNoSensorByte}}}},
+      {"create_KpVKP80II", {{L"param_CutType", L"val_Full"}}, {{"\x10\x04\x14", {kSixByteReady}}}},
       {"create_KpTMT70",
        {{L"param_CutType", L"val_Partial"}},
        {{"\x10\x04\x02", {kReadyByte}},     // DLE EOT 2: online
@@ -70,10 +95,10 @@ const std::vector<JobCommand>& SampleTicket() {
       {"CHECK", ""},
       {"START_PRINT", ""},
       {"NEWPRINT", std::string("<LOGO FileName=\"") + kSampleLogoName + "\"/>"},
-      {"NEWPRINT", "<SINGLEFIELD><Field>CAFE ROMA</Field></SINGLEFIELD>"},
+      {"NEWPRINT", "<SINGLEFIELD Justify=\"CENTER\"><Field>CAFE ROMA</Field></SINGLEFIELD>"},
       {"NEWPRINT", "<DOUBLEFIELD><LeftField>Espresso</LeftField><RightField>1.20</RightField></DOUBLEFIELD>"},
       {"NEWPRINT", "<LINE Char=\"=\"/>"},
-      {"NEWPRINT", "<BARCODE Type=\"CODE39\">12345</BARCODE>"},
+      {"NEWPRINT", "<BARCODE Type=\"ITF2OF5\">12345678</BARCODE>"},
       {"NEWPRINT", "<LINEFEED Value=\"2\"/>"},
       {"NEWPRINT", "<CUT/>"},
       {"STOP_PRINT", ""},

@@ -143,6 +143,38 @@ def zpl():
     }
 
 
+def bursts(data):
+    """The bytes as the emulator harness takes them: a length byte (1 to 64), the bytes."""
+    out = bytearray()
+    for at in range(0, len(data), 64):
+        chunk = data[at:at + 64]
+        out += bytes([len(chunk) - 1]) + chunk
+    return bytes(out)
+
+
+def emulator():
+    receipt = bytes.fromhex("1B7400 1B40 1D62 100402 100404 1B2100 1B7B00 1B3300 1B2A001000") + \
+        bytes([0x80] * 8 + [0x40] * 8) + b"\r\n\x1b2" + b"\x1b{\x00\x1b!\x00" + b" " * 16 + b"CAFE ROMA\r\n" + \
+        bytes.fromhex("1D6631 1D4802 1D6850 1D7703 1B6101 1D6B4608") + b"12345678" + bytes.fromhex("1B6100") + \
+        b"\r\n\r\n" + bytes.fromhex("1D5601") + b"\n" * 8 + bytes.fromhex("1D5601")
+    raster = bytes.fromhex("1B40 1D76303302000200") + bytes([0xFF, 0x00, 0x00, 0xFF]) + bytes.fromhex("1B6D")
+    stb = bytes.fromhex("1B7400 1B40 1DFF0A32010059 1DFF0A32090061 1DFF0A320F046B 100402 100411 1B28766400 1B69 1B28769CFF")
+    scrambled = bytes(b ^ 0xCB for b in stb)
+    vkp = bytes.fromhex("1B7400 1B40 1BC100 1B2101 1D500000 100414 1D4802 1B6101 1D6B05") + b"12345678\x00\r" + \
+        bytes.fromhex("1B6100 1B69 1D65030C")
+    zpl = (b"^XA^MTD^MMT~TA000^PR2,2,2^LL320^PW480^LH3,0^CFF,26,13^CI27^MFN,F^JUS^XZ^XA^JA^XZ~HS"
+           b"^XA^JA^XZ^XA^LH,0^FO0,0^XGE:fault.GRF,1,1^FS^FO160,0^FDCAFE ROMA^FS^FO26,93^BY3,3.0,80"
+           b"^B2,,Y,N,N^FD12345678^FS^FO26,200^BQN,2,6^FH^FDMM,B0005A_0DB_5FC^FS^XZ")
+    italora = b"?00\r?01&8&100&D\r?90\r?02&100.000&70.000\r?10&43.250&2.250&0&1&1&1&0&CAFE ROMA\r?03&1\r"
+    seeds = {}
+    for model in range(12):
+        for name, data in (("receipt", receipt), ("raster", raster), ("stb", stb), ("scrambled", scrambled),
+                           ("vkp", vkp), ("zpl", zpl), ("italora", italora)):
+            seeds["model%02d_%s" % (model, name)] = bytes([model, 0x01]) + bursts(data)
+    seeds["paper_out_zpl"] = bytes([11, 0x89]) + bursts(zpl)
+    return seeds
+
+
 def write(harness, seeds):
     directory = os.path.join(CORPUS, harness)
     shutil.rmtree(directory, ignore_errors=True)
@@ -161,6 +193,7 @@ def main():
     write("job", jobs())
     write("status", statuses())
     write("zpl", zpl())
+    write("emulator", emulator())
 
 
 if __name__ == "__main__":

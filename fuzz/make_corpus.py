@@ -87,6 +87,9 @@ JOB_ELEMENTS = [
     '<Record Slot="11">001123456</Record>',
     '<Record Slot="12">000000-=</Record>',
     '<Record Slot="13">003</Record>',
+    # Numbers past 32 bits (a barcode height once overflowed a signed multiplication).
+    '<BARCODE Type="EAN8" Height="99999999999" ModuleWidth="-2147483648">1234567</BARCODE>',
+    '<DOUBLEFIELD Margin="2147483647" MarginSx="-1"><LeftField>L</LeftField><RightField>R</RightField></DOUBLEFIELD>',
 ]
 
 

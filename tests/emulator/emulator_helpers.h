@@ -65,7 +65,8 @@ inline std::vector<std::string> ReadBarcodes(const Image& image) {
     ZXing::DecodeHints hints;
     hints.setTryHarder(true);
     const ZXing::Result result = ZXing::ReadBarcode(view, hints);
-    if (result.isValid()) texts.push_back(result.text());
+    // A band of text under the bars sees the bars' lower end again: one reading a symbol.
+    if (result.isValid() && (texts.empty() || texts.back() != result.text())) texts.push_back(result.text());
   }
   return texts;
 }

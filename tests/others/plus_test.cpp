@@ -45,6 +45,7 @@ TEST_F(Plus, ConfigurationKeys) {
       {"full cut, any case", {{L"param_CutType", L"val_full"}}, "1B 40 1B 74 00", 48, "1B 64 05 1D 56 00"},
       {"no cut", {{L"param_CutType", L"val_None"}}, "1B 40 1B 74 00", 48, "1B 64 05"},
       {"FALSE is no cut", {{L"param_CutType", L"FALSE"}}, "1B 40 1B 74 00", 48, "1B 64 05"},
+      {"none, as the sample receipt says", {{L"param_CutType", L"none"}}, "1B 40 1B 74 00", 48, "1B 64 05"},
       {"unknown cut word", {{L"param_CutType", L"val_Half"}}, "1B 40 1B 74 00", 48, "1B 64 05 1D 56 01"},
   };
   for (const Case& c : cases) {

@@ -64,7 +64,9 @@ class EscPosPrinter : public Interpreter {
         link_(std::move(link)),
         notes_(notes),
         row_(&profile.rows[0]),
-        paper_(profile.rows[0].paperDots, profile.rows[0].printableDots) {}
+        paper_(profile.rows[0].paperDots, profile.rows[0].printableDots) {
+    Initialise();
+  }
 
   void Feed(std::uint8_t byte) override {
     ++received_;
@@ -117,6 +119,8 @@ class EscPosPrinter : public Interpreter {
   void RealTime(std::uint8_t byte) {
     if (realTime_ == 2) {
       realTime_ = 0;
+      answeredFrom_ = received_ - 3;
+      answeredTo_ = received_;
       const auto answer = DleEotAnswer(profile_.status, state_, byte);
       if (!answer && state_ != PrinterState::kSilent) notes_.Add("status request DLE EOT " + HexBytes(&byte, 1) + " is not known to this printer");
       Answer(answer);
@@ -150,6 +154,9 @@ class EscPosPrinter : public Interpreter {
         Note("unknown command FS " + HexBytes(p + 1, 1));
         return 2;
       default:
+        // What is left of a status request that was answered on arrival, after another
+        // command took its first bytes as parameters, is no news.
+        if (received_ - PendingBytes() < answeredTo_ && received_ - PendingBytes() >= answeredFrom_) return 1;
         Note("stray control byte " + HexBytes(p, 1));
         return 1;
     }
@@ -301,6 +308,7 @@ class EscPosPrinter : public Interpreter {
 
   void Initialise() {
     mode_ = Mode();
+    mode_.barModule = profile_.barModule;
     line_.clear();
     penX_ = 0;
   }
@@ -817,6 +825,7 @@ class EscPosPrinter : public Interpreter {
   std::size_t start_ = 0;
   std::size_t received_ = 0;
   int realTime_ = 0;
+  std::size_t answeredFrom_ = 0, answeredTo_ = 0;  // the bytes of the last status request answered
   bool paperFullNoted_ = false;
 };
 

@@ -86,7 +86,6 @@ TEST(LogoFiles, TerminalFolderMapsOntoTheLogoDirectory) {
 // A driver with nothing of its own, to reach the base operations.
 class BarePrinter : public APrinter {
  public:
-  BarePrinter() { info.componentName = L"KpBare"; }
   void Configure(Nx_Smartp<IParameterCollection>) override {}
   int CheckStatus() override { return 100; }
   bool EndPrint() override { return ++endPrints > 1; }
@@ -98,10 +97,6 @@ class BarePrinter : public APrinter {
 
 TEST(APrinterBase, FrameworkSlotsAndRecordCharacters) {
   BarePrinter p;
-  Nx_Stringa name;
-  p.GetComponentName(name);
-  EXPECT_EQ(name, L"KpBare");
-  EXPECT_TRUE(p.GetVisible());
   p.set_last_error(3);
   p.set_last_error(1);
   EXPECT_EQ(p.RecordedErrors(), (std::vector<int>{3, 1}));

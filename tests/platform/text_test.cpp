@@ -73,15 +73,4 @@ TEST(NxString, UpperCaseAndUtf8) {
   EXPECT_EQ(Nx_Stringa(cases[0].wide).ToUtf8(), cases[0].utf8);
 }
 
-TEST(NxString, SearchAndSplit) {
-  const Nx_Stringa text(L"KEY=VALUE=X");
-  EXPECT_EQ(text.FindString(L"=", 4), 9);
-  EXPECT_EQ(text.FindString(L"=", 50), -1);
-  EXPECT_EQ(text.FindString(nullptr), -1);
-  EXPECT_EQ(text.TakeParameterFromLeft(L"="), L"KEY");
-  EXPECT_EQ(text.TakeParameterFromLeft(L";"), L"KEY=VALUE=X");
-  EXPECT_EQ(text.Mid(-2), L"KEY=VALUE=X");
-  EXPECT_EQ(text.Mid(99), L"");
-}
-
 }  // namespace

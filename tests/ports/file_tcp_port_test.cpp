@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include "ports/port_io.h"
 
@@ -31,42 +32,35 @@ TEST(FilePort, CapturesTheBytesInAnEmptiedFile) {
   EXPECT_EQ(Open("file:/nonexistent-dir/out.bin"), -1);
 }
 
-// A network printer on 127.0.0.1: it accepts one connection, reads and answers.
+// A network printer on 127.0.0.1: it accepts one connection, reads and answers; every wait
+// gives up after 3 seconds.
 class Listener {
  public:
   Listener() {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address{AF_INET, 0, {htonl(INADDR_LOOPBACK)}, {}};
     socklen_t length = sizeof address;
+    const timeval patience{3, 0};
+    ::setsockopt(fd_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     ::bind(fd_, reinterpret_cast<sockaddr*>(&address), length);
     ::listen(fd_, 1);
     ::getsockname(fd_, reinterpret_cast<sockaddr*>(&address), &length);
     name_ = "tcp:127.0.0.1:" + std::to_string(ntohs(address.sin_port));
   }
-  ~Listener() {
-    ClosePeer();
-    ::close(fd_);
-  }
+  ~Listener() { ::close(fd_), ::close(peer_); }
   const std::string& Name() const { return name_; }
   bool Accept() {
-    pollfd p{fd_, POLLIN, 0};
-    return ::poll(&p, 1, 3000) == 1 && (peer_ = ::accept(fd_, nullptr, nullptr)) >= 0;
+    peer_ = ::accept(fd_, nullptr, nullptr);
+    const timeval patience{3, 0};
+    return ::setsockopt(peer_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience) == 0;
   }
   void Send(const std::string& bytes) { ::send(peer_, bytes.data(), bytes.size(), 0); }
   std::string Receive(std::size_t count) {
-    std::string got;
     char buffer[256];
-    pollfd p{peer_, POLLIN, 0};
-    for (ssize_t n = 1; got.size() < count && n > 0 && ::poll(&p, 1, 3000) == 1; got.append(buffer, n > 0 ? n : 0)) {
-      n = ::recv(peer_, buffer, sizeof buffer, 0);
-    }
+    std::string got;
+    for (ssize_t n = 0; got.size() < count && (n = ::recv(peer_, buffer, sizeof buffer, 0)) > 0;) got.append(buffer, n);
     return got;
   }
-  void ClosePeer() {
-    if (peer_ >= 0) ::close(peer_);
-    peer_ = -1;
-  }
+  void ClosePeer() { ::close(std::exchange(peer_, -1)); }
 
  private:
   int fd_ = ::socket(AF_INET, SOCK_STREAM, 0), peer_ = -1;

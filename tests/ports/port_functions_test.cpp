@@ -1,7 +1,6 @@
 // The port functions above every back-end: handles, control requests, the state word,
 // and the choice of back-end by the port name.
 #include <memory>
-#include <utility>
 
 #include "platform/port_backend.h"
 #include "platform/scripted_port.h"
@@ -69,30 +68,25 @@ TEST(PortFunctions, ControlRequests) {
 }
 
 TEST(PortFunctions, LongestRegisteredPrefixWins) {
-  std::string chosen;  // the factories only note that they were asked
-  auto kind = [&chosen](std::string tag) {
-    return [&chosen, tag](const std::string& rest) -> std::unique_ptr<PortBackend> {
-      chosen = tag + rest;
-      return nullptr;
-    };
+  std::string chosen;  // the factories only note that they were asked, and open nothing
+  auto kind = [&chosen](std::string tag) -> PortFactory {
+    return [&chosen, tag](const std::string& rest) { chosen = tag + rest; return std::unique_ptr<PortBackend>(); };
+  };
+  auto open = [&chosen](const char* name) {
+    chosen.clear();
+    EXPECT_EQ(Open(name), -1);
+    return chosen;
   };
   RegisterPortKind("demo:", kind("short "));
   RegisterPortKind("demo:long:", kind("long "));
-  const std::pair<const char*, const char*> cases[] = {
-      {"demo:abc", "short abc"}, {"demo:long:xyz", "long xyz"}, {"demo:lon", "short lon"}};
-  for (const auto& [name, expected] : cases) {
-    chosen.clear();
-    EXPECT_EQ(Open(name), -1);
-    EXPECT_EQ(chosen, expected);
-  }
+  EXPECT_EQ(open("demo:abc"), "short abc");
+  EXPECT_EQ(open("demo:long:xyz"), "long xyz");
+  EXPECT_EQ(open("demo:lon"), "short lon");
   RegisterPortKind("demo:", kind("again "));  // replaces
-  EXPECT_EQ(Open("demo:abc"), -1);
-  EXPECT_EQ(chosen, "again abc");
+  EXPECT_EQ(open("demo:abc"), "again abc");
   RegisterPortKind("demo:long:", nullptr);  // removes
   RegisterPortKind("demo:", nullptr);
-  chosen.clear();
-  EXPECT_EQ(Open("demo:long:xyz"), -1);  // a terminal device now, which does not exist
-  EXPECT_EQ(chosen, "");
+  EXPECT_EQ(open("demo:long:xyz"), "");  // a terminal device now, which does not exist
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ TEST_F(TerminalPort, ClosedFarEndFailsAtOnce) {
 }
 
 TEST_F(TerminalPort, ScramblingXorsBothWays) {
-  const int key[] = {0x5A, 0}, off[] = {0};
+  const int key[] = {0x15A, 0}, off[] = {0};  // only the low byte of the key counts
   ASSERT_EQ(otool_IOCTL(handle, kPortScramble, static_cast<const void*>(key)), 0);
   Write(handle, Hex("00 41 FF"));
   EXPECT_EQ(ToHex(Received(3)), "5A 1B A5");
@@ -100,7 +100,7 @@ TEST_F(TerminalPort, XoffFromThePrinterHoldsOutputUntilXon) {
   xon.join();
   EXPECT_TRUE(heldBack);
   EXPECT_EQ(Received(3), "abc");
-  printer->Send(Hex("11 41 13 11"));  // the flow-control bytes are the driver's, not data
+  printer->Send(Hex("11 41 13 11"));  // the flow-control bytes are the line's, not data
   EXPECT_EQ(ToHex(Read(handle, 4)), "41");
   ASSERT_EQ(otool_IOCTL(handle, kPortSetState, 0), 0);
   printer->Send(Hex("13 42"));

@@ -110,8 +110,7 @@ TEST_F(Zebra, OwnCommandSwitchesFlowControl) {
 TEST_F(Zebra, Fields) {
   const std::string normal = "^CFF,26,13", twice = normal + normal, bars = "^FO26,0^BY3,";
   const struct { std::string xml; int error; std::string sent; std::uint32_t y; } cases[] = {
-      {"<LineFeed Value='2'/>", 0, normal, 62},
-      {"<LineFeed Value='-2'/>", 0, normal, 0},
+      {"<LineFeed Value='2'/>", 0, normal, 62}, {"<LineFeed Value='-2'/>", 0, normal, 0},
       {"<Line/>", 0, twice + "^FO0,0^FD----------^FS", 31},
       {"<Line Char='' Height='9' Width='9'/>", 0, twice + "^FO0,0^FD----------^FS", 31},  // 9: single size
       {"<LINE Char='=' Height='2' Width='2'/>", 0, normal + "^CFF,52,26^FO0,0^FD=====^FS", 62},
@@ -135,10 +134,8 @@ TEST_F(Zebra, Fields) {
       {"<Barcode BarRatio='2,5' HRI=''>1</Barcode>", 0, bars + "2.0,80^BC,,Y,N,N,N^FD1^FS", 117},  // reads 2
       {"<Barcode Type='EAN13'></Barcode>", 7, "", 0},
       {"<Logo FileName='logo.bmp' Rotation='90'/>", 0, "^FO0,0^XGE:logo.GRF,1,1^FS^LH,0", 0},
-      {"<Logo FileName='logo.png'/>", 9, "", 0},
-      {"<Logo FileName=''/>", 8, "", 0},
-      {"<Cut/>", 0, "", 0},
-      {"<MobileBarcode>1</MobileBarcode>", 0, "", 0},
+      {"<Logo FileName='logo.png'/>", 9, "", 0}, {"<Logo FileName=''/>", 8, "", 0}, {"<Cut/>", 0, "", 0},
+      {"<MobileField><Field>A</Field></MobileField>", 0, "", 0}, {"<MobileBarcode>1</MobileBarcode>", 0, "", 0},
   };
   OpenNarrowLabel();
   for (const auto& c : cases) {

@@ -7,20 +7,6 @@ namespace {
 
 using Act = std::function<PrinterResult(PortContext&)>;
 
-TEST_F(Zpl, LabelStartEndAndCancel) {
-  state.originY = 16, state.cursorX = 40, state.cursorY = 300;
-  line.port.ShortWriteAt(2, 1);
-  EXPECT_EQ(zpl_StartLabel(line.ctx), 0);
-  EXPECT_EQ(Sent(), "^XA^JA^XZ^");
-  EXPECT_EQ(state.cursorY, 300u);  // a failed start keeps the cursor
-  line.port.ClearWritten();
-  EXPECT_EQ(zpl_StartLabel(line.ctx), 1);
-  EXPECT_EQ(zpl_EndLabel(line.ctx), 1);
-  EXPECT_EQ(zpl_Cancel(line.ctx), 1);
-  EXPECT_EQ(Sent(), "^XA^JA^XZ^XA^LH,16^XZ^XA^JA^XZ");
-  EXPECT_EQ(state.cursorX + state.cursorY, 0u);
-}
-
 // Every case starts on the line at Y = 62 in the normal font: 10 characters a line.
 TEST_F(Zpl, FontsLayoutLogosAndCursor) {
   const struct { Act act; PrinterResult result; const char* sent; std::uint32_t y; int charsPerLine = 10; } cases[] = {
@@ -62,13 +48,26 @@ TEST_F(Zpl, FontsLayoutLogosAndCursor) {
   }
 }
 
-TEST_F(Zpl, ShortWritesAndLongTexts) {
-  line.port.ShortWriteAt(3, 2);  // three parts stop at the fill, on the line
+// A short write ends a command with 0 and leaves the cursor where it was.
+TEST_F(Zpl, LabelsShortWritesAndLongTexts) {
+  state.originY = 16, state.cursorX = 40, state.cursorY = 300;
+  line.port.ShortWriteAt(2, 1);
+  EXPECT_EQ(zpl_StartLabel(line.ctx), 0);
+  EXPECT_EQ(Sent(), "^XA^JA^XZ^");
+  EXPECT_EQ(state.cursorY, 300u);
+  line.port.ClearWritten();
+  EXPECT_EQ(zpl_StartLabel(line.ctx), 1);
+  EXPECT_EQ(zpl_EndLabel(line.ctx), 1);
+  EXPECT_EQ(zpl_Cancel(line.ctx), 1);
+  EXPECT_EQ(Sent(), "^XA^JA^XZ^XA^LH,16^XZ^XA^JA^XZ");
+  EXPECT_EQ(state.cursorX + state.cursorY, 0u);
+  line.port.ClearWritten();
+  line.port.ShortWriteAt(line.port.writeCount_ + 3, 2);  // three parts stop at the fill
   EXPECT_EQ(zpl_ThreePart(line.ctx, "AB", "XY", '.'), 0);
   EXPECT_EQ(Sent(), "^FO0,0^FDAB^FS^F");
   EXPECT_EQ(state.cursorY, 0u);
 
-  state.charsPerLine = 5000, state.cursorY = 0;  // a label far wider than any printer
+  state.charsPerLine = 5000;  // a label far wider than any printer
   line.port.ClearWritten();
   EXPECT_EQ(zpl_Centred(line.ctx, std::string(2000, 'A')), 1);
   EXPECT_EQ(Sent(), "^FO0,0^FD" + std::string(512, 'A') + "^FS");

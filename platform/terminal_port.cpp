@@ -68,6 +68,9 @@ class TerminalPort : public PortBackend {
     if (fd_ < 0 || ::tcgetattr(fd_, &settings) != 0) return false;
     settings.c_iflag &= ~(IXON | IXOFF | IXANY);
     if (xonXoff) settings.c_iflag |= IXON;
+    // A line someone configured before us may carry other flow-control characters.
+    settings.c_cc[VSTART] = 0x11;
+    settings.c_cc[VSTOP] = 0x13;
     return ::tcsetattr(fd_, TCSANOW, &settings) == 0;
   }
 
@@ -90,6 +93,8 @@ bool MakeRaw(int fd, std::optional<speed_t> speed) {
   settings.c_iflag &= ~(IXON | IXOFF | IXANY);
   settings.c_cc[VMIN] = 1;
   settings.c_cc[VTIME] = 0;
+  settings.c_cc[VSTART] = 0x11;  // DC1 (XON) and DC3 (XOFF), whatever the line had before
+  settings.c_cc[VSTOP] = 0x13;
   if (speed && (::cfsetispeed(&settings, *speed) != 0 || ::cfsetospeed(&settings, *speed) != 0)) {
     return false;
   }

@@ -41,6 +41,7 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   std::vector<Subcommand> subcommands;
   subcommands.push_back(AddRunCommand(app));
+  subcommands.push_back(AddEmulateCommand(app));
 
   if (IsUnknownSubcommand(argc, argv, subcommands)) return kExitUsage;
   try {

@@ -23,6 +23,7 @@
 #include "plugin.h"
 #include "report.h"
 #include "subcommand.h"
+#include "virtual_printer_hooks.h"
 
 namespace posprint::host {
 namespace {
@@ -33,6 +34,7 @@ struct RunOptions {
   std::vector<std::string> params;  // KEY=VALUE, in command-line order
   std::string paramsFile;
   std::string logoDir;              // empty: the job file's directory
+  std::string preview;              // PNG of what the virtual printer printed; empty: none
   bool json = false;
   std::string job;
 };
@@ -103,6 +105,9 @@ int Run(const RunOptions& options) {
   std::vector<ParameterPair> pairs;
   if (!CollectParameters(options, pairs, &error)) return Refuse(error);
 
+  std::string portName = options.port;
+  if (!PrepareVirtualPrinter(*identity, pairs, options.preview, &portName, &error)) return Refuse(error);
+
   DriverPlugin plugin;  // declared before the driver: the driver goes first
   if (!plugin.Load(FindPluginPath(), &error)) return Refuse(error);
   std::unique_ptr<APrinter> driver = plugin.Create(identity->factory, &error);
@@ -115,7 +120,7 @@ int Run(const RunOptions& options) {
   for (int code : driver->RecordedErrors())
     std::fprintf(stderr, "posprint run: warning: configuring the driver recorded error %d\n", code);
 
-  const Nx_Stringa port = Nx_Stringa::FromUtf8(options.port);
+  const Nx_Stringa port = Nx_Stringa::FromUtf8(portName);
   Reporter reporter(stdout, stderr, options.json, LabelWidth(parser, commands));
   bool allOk = true;
   for (const JobCommand& command : commands) {
@@ -124,6 +129,7 @@ int Run(const RunOptions& options) {
     allOk = allOk && result.ok;
   }
   driver.reset();
+  if (!FinishVirtualPrinter(portName, options.preview, stderr)) return kExitFailed;
   return allOk ? kExitOk : kExitFailed;
 }
 
@@ -136,8 +142,10 @@ Subcommand AddRunCommand(CLI::App& parent) {
                   "Printer model: model name (TMT70), component name (KpTMT70) or factory (create_KpTMT70), any case")
       ->required();
   run->add_option("--port", options->port,
-                  "Port the printer is on: /dev/ttyUSB0, /dev/ttyS0@9600, tcp:HOST:PORT, file:PATH")
-      ->required();
+                  "Port the printer is on: /dev/ttyUSB0, /dev/ttyS0@9600, tcp:HOST:PORT, file:PATH; "
+                  "sim: or sim:STATE (or no --port) for the virtual printer");
+  run->add_option("--preview", options->preview, "Write what the virtual printer printed to this PNG file")
+      ->type_name("FILE.png");
   run->add_option("--param", options->params, "Configuration KEY=VALUE (repeatable; overrides --params)")
       ->allow_extra_args(false)
       ->type_name("KEY=VALUE");

@@ -23,5 +23,7 @@ struct Subcommand {
 
 // posprint run: one print job on one printer.
 Subcommand AddRunCommand(CLI::App& parent);
+// posprint emulate: a virtual printer for other programs.
+Subcommand AddEmulateCommand(CLI::App& parent);
 
 }  // namespace posprint::host

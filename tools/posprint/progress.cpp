@@ -42,21 +42,29 @@ void Progress::StartJob(std::size_t index, const std::string& path, std::size_t 
   job_ = index;
   path_ = BaseName(path);
   commandCount_ = commandCount;
-  commandsDone_ = 0;
+  command_ = 0;
+  label_.clear();
+  Draw();
+}
+
+void Progress::Running(std::size_t number, const std::string& label) {
+  command_ = number;
+  label_ = label;
   Draw();
 }
 
 void Progress::Done(const CommandResult& result) {
-  ++commandsDone_;
   if (IsCheck(result.name)) lastStatus_ = result.ok ? 100 : (result.errors.empty() ? 0 : result.errors.back());
   Draw();
 }
 
 std::string Progress::Line() const {
   const std::uint64_t bytes = posprint::BytesWritten() - bytesAtStart_;
-  return "job " + std::to_string(job_) + " of " + std::to_string(jobCount_) + " (" + path_ + "): command " +
-         std::to_string(commandsDone_) + " of " + std::to_string(commandCount_) + ", " + std::to_string(bytes) +
-         " bytes sent, last status " + (lastStatus_ < 0 ? std::string("-") : std::to_string(lastStatus_));
+  std::string line = "job " + std::to_string(job_) + " of " + std::to_string(jobCount_) + " (" + path_ + "): command " +
+                     std::to_string(command_) + " of " + std::to_string(commandCount_);
+  if (!label_.empty()) line += " " + label_;
+  return line + ", " + std::to_string(bytes) + " bytes sent, last status " +
+         (lastStatus_ < 0 ? std::string("-") : std::to_string(lastStatus_));
 }
 
 void Progress::Clear() {

@@ -95,16 +95,19 @@ bool LoadJobs(const std::vector<std::string>& paths, std::vector<LoadedJob>& job
   return true;
 }
 
+// "NEWPRINT LOGO": how the results name a command.
+std::string CommandLabel(const LoadedJob& job, const JobCommand& command) {
+  CommandResult shape;
+  shape.name = command.name;
+  shape.element = job.parser->GetName(command.node).ToUtf8();
+  return Label(shape);
+}
+
 // One label width for every job, so that the results line up across tickets.
 std::size_t LabelWidth(const std::vector<LoadedJob>& jobs) {
   std::size_t width = 16;
   for (const LoadedJob& job : jobs) {
-    for (const JobCommand& command : job.commands) {
-      CommandResult shape;
-      shape.name = command.name;
-      shape.element = job.parser->GetName(command.node).ToUtf8();
-      width = std::max(width, DisplayWidth(Label(shape)));
-    }
+    for (const JobCommand& command : job.commands) width = std::max(width, DisplayWidth(CommandLabel(job, command)));
   }
   return width;
 }
@@ -145,7 +148,9 @@ int Run(const RunOptions& options) {
     progress.Clear();
     reporter.StartJob(i + 1, jobs.size(), job.path);
     progress.StartJob(i + 1, job.path, job.commands.size());
-    for (const JobCommand& command : job.commands) {
+    for (std::size_t n = 0; n < job.commands.size(); ++n) {
+      const JobCommand& command = job.commands[n];
+      progress.Running(n + 1, CommandLabel(job, command));
       const CommandResult result = RunCommand(*driver, *job.parser, command, port);
       progress.Clear();
       reporter.Report(result);

@@ -277,7 +277,7 @@ CatalogueModel Stb80() {
 
 CatalogueModel Q1() {
   return {"create_Q1Driver",
-          "Q-series ticket printer; scrambled port mode unless the printer refuses it",
+          "Q-series (Q1) ticket printer; scrambled port mode unless the printer refuses it",
           "ticket-printers.md",
           {
               TicketFeeds(),
@@ -339,7 +339,6 @@ CatalogueModel Zebra() {
 }
 
 CatalogueModel Italora() {
-  const char* fitted = "rounded to the printer's dot";
   return {"create_KpITALORA",
           "thermal label printer driven by ?NN& text command lines",
           "italora.md",
@@ -348,14 +347,16 @@ CatalogueModel Italora() {
                     {{"8", "8 dots per mm", kKeeps},
                      {"12", "12 dots per mm (300 dpi)", kChanges},
                      {"24", "24 dots per mm (600 dpi)", kChanges}}),
-              Number("param_WidthLabel", "100 mm", "decimal millimetres 10 to 216 (57.5 or 57,5)", fitted,
+              Number("param_WidthLabel", "100 mm", "decimal millimetres 10 to 216 (57.5 or 57,5)",
+                     "label width, rounded to the printer's dot",
                      {{"57.5", "57.5 mm", kChanges}, {"57,5", "57.5 mm", kChanges}, {"10", "10 mm", kChanges},
                       {"100", "100 mm", kKeeps}, {"9.5", "keeps the default", kKeeps},
                       {"217", "keeps the default", kKeeps}}),
-              Number("param_LenghtLabel", "70 mm", "decimal millimetres 5 to 1000", fitted,
+              Number("param_LenghtLabel", "70 mm", "decimal millimetres 5 to 1000",
+                     "label length, rounded to the printer's dot",
                      {{"40", "40 mm", kChanges}, {"1000", "1000 mm", kChanges}, {"4", "keeps the default", kKeeps}}),
               Number("param_LengthLabel", "70 mm", "decimal millimetres 5 to 1000",
-                     "the same as param_LenghtLabel, read after it: it wins when both are sent",
+                     "label length, the usual spelling; read after param_LenghtLabel, so it wins when both are sent",
                      {{"40", "40 mm", kChanges}, {"1001", "keeps the default", kKeeps}}),
               Number("param_Origin_X", "1 mm", "decimal millimetres, 0 to under half the label width",
                      "left and right margin",

@@ -57,7 +57,98 @@ std::string KeyJson(const CatalogueKey& key) {
   return json;
 }
 
+// --- markdown ---
+
+// Table cells may not hold a bare '|'.
+std::string Cell(const std::string& text) {
+  std::string cell;
+  for (char c : text) cell += c == '|' ? std::string("\\|") : std::string(1, c);
+  return cell;
+}
+
+std::string Code(const std::string& text) { return "`" + text + "`"; }
+
+std::string CaseWord(const CatalogueKey& key) {
+  return key.wordCase == WordCase::kAny ? "any case" : "exact case";
+}
+
+// The values a key takes, as one cell: each word with its effect, then the numbers.
+std::string ValuesCell(const CatalogueKey& key, bool withEffects) {
+  std::string cell;
+  for (const CatalogueValue& word : key.words) {
+    if (!cell.empty()) cell += withEffects ? "; " : ", ";
+    cell += Code(word.value);
+    if (withEffects) cell += ": " + std::string(word.effect);
+  }
+  if (!withEffects && !CaseNote(key).empty()) cell += " (" + CaseWord(key) + ")";
+  if (key.numbers) {
+    if (!cell.empty()) cell += withEffects ? "; " : ", or ";
+    cell += key.numbers;
+    if (withEffects) cell += ": " + std::string(key.numberEffect);
+  }
+  return Cell(cell);
+}
+
+std::string Capitalised(std::string text) {
+  if (!text.empty() && text[0] >= 'a' && text[0] <= 'z') text[0] = static_cast<char>(text[0] - 'a' + 'A');
+  return text;
+}
+
+std::string ModelName(const CatalogueModel& model) { return Narrow(model.Identity().modelName); }
+
+std::string Anchor(const CatalogueModel& model) {
+  std::string anchor;
+  for (char c : ModelName(model)) anchor += (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+  return anchor;
+}
+
+std::string ReferenceTable() {
+  std::string text = "| Model | Key | Values | Default |\n|---|---|---|---|\n";
+  for (const CatalogueModel& model : ModelCatalogue()) {
+    for (const CatalogueKey& key : model.keys) {
+      text += "| [" + ModelName(model) + "](#" + Anchor(model) + ") | " + Code(key.key) + " | " +
+              ValuesCell(key, false) + " | " + Cell(key.defaultText) + " |\n";
+    }
+  }
+  return text;
+}
+
+std::string ModelSection(const CatalogueModel& model) {
+  const ModelIdentity& identity = model.Identity();
+  std::string text = "## " + ModelName(model) + "\n\n";
+  text += Capitalised(model.printer) + ". Operator page: [" + model.page + "](" + model.page + ").\n\n";
+  text += "| Factory | Model name | Component | Time-outs (ms) | Lines end in | Own command |\n";
+  text += "|---|---|---|---|---|---|\n";
+  text += "| " + Code(identity.factory) + " | " + Code(Narrow(identity.modelName)) + " | " +
+          Code(Narrow(identity.componentName)) + " | " + std::to_string(identity.timeout1) + " / " +
+          std::to_string(identity.timeout2) + " | " + Code(EscapedTerminator(identity.terminator)) + " | " +
+          (identity.ownCommand ? Code(Narrow(identity.ownCommand)) : "none") + " |\n\n";
+  text += "Configuration keys, in the order the driver reads them";
+  text += model.emptyIsOtherValue ? " (a key sent with an empty value counts as any other value; only a key "
+                                    "not sent keeps its default):\n\n"
+                                  : ":\n\n";
+  text += "| Key | Default | Values | Words compared | Any other value |\n|---|---|---|---|---|\n";
+  for (const CatalogueKey& key : model.keys) {
+    const std::string compared = CaseNote(key).empty() ? "" : CaseWord(key);
+    text += "| " + Code(key.key) + " | " + Cell(key.defaultText) + " | " + ValuesCell(key, true) + " | " + compared +
+            " | " + Cell(key.otherwise) + " |\n";
+  }
+  text += "\nStatus numbers of `CHECK`:\n\n| Status | Meaning |\n|---|---|\n";
+  for (const CatalogueStatus& status : model.statuses)
+    text += "| " + std::to_string(status.code) + " | " + Cell(status.meaning) + " |\n";
+  return text;
+}
+
 }  // namespace
+
+std::string CatalogueMarkdown() {
+  std::string text = "## Every key at a glance\n\n" + ReferenceTable();
+  for (const CatalogueModel& model : ModelCatalogue()) text += "\n" + ModelSection(model);
+  text += "\n## Status numbers every model shares\n\n| Status | Meaning |\n|---|---|\n";
+  for (const CatalogueStatus& status : CommonStatuses())
+    text += "| " + std::to_string(status.code) + " | " + Cell(status.meaning) + " |\n";
+  return text;
+}
 
 std::string EscapedTerminator(const char* terminator) {
   std::string text;

@@ -38,5 +38,8 @@ std::string EscapedTerminator(const char* terminator);
 std::string ModelText(const CatalogueModel& model);
 // One JSON object, no newline.
 std::string ModelJson(const CatalogueModel& model);
+// Markdown for docs/models.md: one reference table of every model's keys, then a section a
+// model with its identity, its keys in full and its status numbers.
+std::string CatalogueMarkdown();
 
 }  // namespace posprint::host

@@ -14,6 +14,7 @@ namespace {
 struct ModelsOptions {
   std::string model;  // empty: every model
   bool json = false;
+  bool markdown = false;
 };
 
 void Show(const CatalogueModel& model, bool json, bool first) {
@@ -25,6 +26,10 @@ void Show(const CatalogueModel& model, bool json, bool first) {
 }
 
 int Models(const ModelsOptions& options) {
+  if (options.markdown) {
+    std::printf("%s", CatalogueMarkdown().c_str());
+    return kExitOk;
+  }
   if (options.model.empty()) {
     bool first = true;
     for (const CatalogueModel& model : ModelCatalogue()) {
@@ -56,6 +61,9 @@ Subcommand AddModelsCommand(CLI::App& parent) {
                      "(create_KpTMT70), any case")
       ->type_name("MODEL");
   models->add_flag("--json", options->json, "One JSON object a model on stdout");
+  models->add_flag("--markdown", options->markdown,
+                   "Every model as the Markdown tables of docs/models.md (MODEL and --json do not apply)")
+      ->excludes("--json");
   models->footer(
       "Without MODEL: every model, in the order of their factory exports. Exit status 0; 2 for an unknown "
       "model. The same list, as tables: docs/models.md.");

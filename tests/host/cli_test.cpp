@@ -47,7 +47,6 @@ TEST_F(Refusals, CommandLineMistakes) {
       {"no subcommand", {}, "subcommand"},
       {"unknown subcommand", {"print"}, "print"},
       {"no model", {"run", "--port", p, "@DIR/job.xml"}, "--model"},
-      {"no port", {"run", "--model", "TMT70", "@DIR/job.xml"}, "--port"},
       {"no job", {"run", "--model", "TMT70", "--port", p}, "job"},
       {"unknown option", {"run", "--model", "TMT70", "--port", p, "--speed", "9600", "@DIR/job.xml"}, "--speed"},
       {"param without =", {"run", "--model", "TMT70", "--port", p, "--param", "param_CutType", "@DIR/job.xml"},

@@ -2,6 +2,7 @@
 // commands and job elements, look at what went out and at the errors recorded.
 #pragma once
 
+#include <unistd.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -51,7 +52,7 @@ class DriverHarness : public ::testing::Test {
 
   // Writes logo files into a fresh logo folder.
   void LogoFolder(const std::string& name) {
-    folder = ::testing::TempDir() + name;
+    folder = ::testing::TempDir() + name + "_" + std::to_string(::getpid());
     ASSERT_EQ(std::system(("rm -rf '" + folder + "' && mkdir -p '" + folder + "'").c_str()), 0);
     SetLogoDirectory(folder);
   }

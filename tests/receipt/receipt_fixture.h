@@ -2,6 +2,7 @@
 // of the driver is real.
 #pragma once
 
+#include <unistd.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -68,7 +69,7 @@ class DriverTest : public ::testing::Test {
 
 // A logo folder in the test's temporary directory.
 inline std::string LogoFolder(const std::string& name) {
-  std::string directory = ::testing::TempDir() + name;
+  std::string directory = ::testing::TempDir() + name + "_" + std::to_string(::getpid());
   std::string command = "mkdir -p '" + directory + "'";
   EXPECT_EQ(std::system(command.c_str()), 0);
   posprint::SetLogoDirectory(directory);

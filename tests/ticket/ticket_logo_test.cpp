@@ -1,14 +1,12 @@
 // Logos on the ticket printers: the GS v 0 raster at double size, centred by whole blank
 // bytes, pixels inverted and the padding of the last byte masked; the STB60's ESC * bands
 // framed by centring.
-#include <cstdlib>
-#include <fstream>
-
 #include "drivers/ticket/STB112/nx_stb112.h"
 #include "drivers/ticket/STB60/nx_stb60.h"
 #include "drivers/ticket/STB80/nx_stb80.h"
 #include "platform/logo_files.h"
 #include "support/bmp_builder.h"
+#include "support/run_program.h"
 #include "ticket_fixture.h"
 
 namespace ticket_test {
@@ -16,29 +14,26 @@ namespace {
 
 using posprint::test::MonoBmp;
 
-void WriteLogo(const std::string& name, const std::vector<std::uint8_t>& bytes) {
-  std::ofstream(posprint::LogoDirectory() + "/" + name, std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-}
-
 std::string Zeros(int count) { return ToHex(std::string(static_cast<std::size_t>(count), '\0')); }
 
+std::string Bytes(const std::vector<std::uint8_t>& file) { return std::string(file.begin(), file.end()); }
+
+// The logos in a directory of their own (test processes may run side by side).
 class LogoFiles {
  public:
   LogoFiles() {
-    const std::string directory = ::testing::TempDir() + "ticket_logos";
-    EXPECT_EQ(std::system(("mkdir -p '" + directory + "'").c_str()), 0);
-    posprint::SetLogoDirectory(directory);
+    posprint::SetLogoDirectory(dir.Path());
     // 12 x 2: the padding of the second byte must not print.
-    WriteLogo("small.bmp", MonoBmp({"########....", "....#......#"}));
-    WriteLogo("w400.bmp", MonoBmp({std::string(400, '.')}));
-    WriteLogo("w700.bmp", MonoBmp({std::string(700, '.')}));
-    WriteLogo("band.bmp", MonoBmp({"########", "........"}));
-    std::ofstream(directory + "/text.bmp") << "not a picture";
+    dir.Write("small.bmp", Bytes(MonoBmp({"########....", "....#......#"})));
+    dir.Write("w400.bmp", Bytes(MonoBmp({std::string(400, '.')})));
+    dir.Write("w700.bmp", Bytes(MonoBmp({std::string(700, '.')})));
+    dir.Write("band.bmp", Bytes(MonoBmp({"########", "........"})));
+    dir.Write("text.bmp", "not a picture");
     auto colour = MonoBmp({"........"});
     posprint::test::PutU16(colour, 28, 24);
-    WriteLogo("colour.bmp", colour);
+    dir.Write("colour.bmp", Bytes(colour));
   }
+  posprint::test::TempDir dir;
 };
 
 template <class Driver>

@@ -43,6 +43,7 @@ int main(int argc, char** argv) {
   std::vector<Subcommand> subcommands;
   subcommands.push_back(AddRunCommand(app));
   subcommands.push_back(AddModelsCommand(app));
+  subcommands.push_back(AddEmulateCommand(app));
 
   if (IsUnknownSubcommand(argc, argv, subcommands)) return kExitUsage;
   try {

@@ -27,6 +27,7 @@
 #include "progress.h"
 #include "report.h"
 #include "subcommand.h"
+#include "virtual_printer_hooks.h"
 
 namespace posprint::host {
 namespace {
@@ -37,6 +38,7 @@ struct RunOptions {
   std::vector<std::string> params;  // KEY=VALUE, in command-line order
   std::string paramsFile;
   std::string logoDir;              // empty: the job file's directory
+  std::string preview;              // PNG of what the virtual printer printed; empty: none
   bool json = false;
   std::vector<std::string> jobs;  // run in this order
 };
@@ -128,6 +130,9 @@ int Run(const RunOptions& options) {
   std::vector<ParameterPair> pairs;
   if (!CollectParameters(options, pairs, &error)) return Refuse(error);
 
+  std::string portName = options.port;
+  if (!PrepareVirtualPrinter(*identity, pairs, options.preview, &portName, &error)) return Refuse(error);
+
   DriverPlugin plugin;  // declared before the driver: the driver goes first
   if (!plugin.Load(FindPluginPath(), &error)) return Refuse(error);
   std::unique_ptr<APrinter> driver = plugin.Create(identity->factory, &error);
@@ -138,7 +143,7 @@ int Run(const RunOptions& options) {
   for (int code : driver->RecordedErrors())
     std::fprintf(stderr, "posprint run: warning: configuring the driver recorded error %d\n", code);
 
-  const Nx_Stringa port = Nx_Stringa::FromUtf8(options.port);
+  const Nx_Stringa port = Nx_Stringa::FromUtf8(portName);
   Reporter reporter(stdout, stderr, options.json, LabelWidth(jobs));
   Progress progress(stderr, ProgressWanted(options.json), jobs.size());
   bool allOk = true;
@@ -160,6 +165,7 @@ int Run(const RunOptions& options) {
   }
   progress.Clear();
   driver.reset();
+  if (!FinishVirtualPrinter(portName, options.preview, stderr)) return kExitFailed;
   return allOk ? kExitOk : kExitFailed;
 }
 
@@ -175,9 +181,11 @@ Subcommand AddRunCommand(CLI::App& parent) {
       ->required()
       ->type_name("MODEL");
   run->add_option("--port", options->port,
-                  "Port the printer is on: /dev/ttyUSB0, /dev/ttyS0@9600, tcp:HOST:PORT, file:PATH")
-      ->required()
+                  "Port the printer is on: /dev/ttyUSB0, /dev/ttyS0@9600, tcp:HOST:PORT, file:PATH; "
+                  "sim: or sim:STATE (or no --port) for the virtual printer")
       ->type_name("PORT");
+  run->add_option("--preview", options->preview, "Write what the virtual printer printed to this PNG file")
+      ->type_name("FILE.png");
   run->add_option("--param", options->params,
                   "One configuration value (repeatable; overrides --params); `posprint models MODEL` lists the keys")
       ->allow_extra_args(false)

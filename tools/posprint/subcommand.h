@@ -25,5 +25,7 @@ struct Subcommand {
 Subcommand AddRunCommand(CLI::App& parent);
 // posprint models: the models and their configuration keys.
 Subcommand AddModelsCommand(CLI::App& parent);
+// posprint emulate: a virtual printer for other programs.
+Subcommand AddEmulateCommand(CLI::App& parent);
 
 }  // namespace posprint::host

@@ -157,7 +157,7 @@ PrinterResult italora_Barcode(const PortContext& ctx, const BarcodeCommand& barc
 PrinterResult italora_StoreLogo(const PortContext& ctx, std::string_view name, const std::vector<std::uint8_t>& bmp,
                                 const BmpImage& image) {
   static const char kHexDigits[] = "0123456789ABCDEF";
-  const int rowBytes = (image.width + 7) / 8;
+  const int rowBytes = static_cast<int>(image.rowBytes);  // (width + 7) / 8
   const unsigned lastBits = image.width % 8 == 0 ? 0xFF : (0xFF00u >> (image.width % 8)) & 0xFF;
   // ?41&name&width&height&rows: width x height dots, rows top first, each row in whole
   // bytes written as two hexadecimal digits, the leftmost dot in the high bit, 1 black

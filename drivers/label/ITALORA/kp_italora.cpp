@@ -283,9 +283,8 @@ bool KpITALORA::FieldLogo(IXMLDOMNodePtr node) {
   switch (ReadMonoBmp(bmp, image)) {
     case BmpCheck::kOk: break;
     case BmpCheck::kNotBitmap: return true;  // not a picture: nothing printed, as on every printer
-    default: return Fail(kFailure, kErrLogoPrint);
+    default: return Fail(kFailure, kErrLogoPrint);  // not 1 bit a pixel, or broken
   }
-  if (image.width <= 0 || image.height <= 0) return Fail(kFailure, kErrLogoPrint);
 
   std::string name = StoredLogoName(fileName.ToUtf8());
   if (storedLogos_.count(name) == 0) {

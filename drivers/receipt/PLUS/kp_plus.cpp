@@ -23,7 +23,7 @@ void KpPLUS::Configure(Nx_Smartp<IParameterCollection> parameters) {
 
   Nx_Stringa cut = ParameterText(keys, L"param_CutType").Upper();
   if (cut == L"VAL_FULL") config->cutKind = kCutFull;
-  else if (cut == L"VAL_NONE" || cut == L"FALSE") config->cutKind = kCutNone;
+  else if (cut == L"VAL_NONE" || cut == L"NONE" || cut == L"FALSE") config->cutKind = kCutNone;
   else if (cut == L"VAL_PARTIAL") config->cutKind = kCutPartial;
 
   if (ParameterText(keys, L"param_NearlyEndPaperSensor").Upper() == L"FALSE") config->ignoreNearEnd = 1;

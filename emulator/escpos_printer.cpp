@@ -157,6 +157,7 @@ class EscPosPrinter : public Interpreter {
         // What is left of a status request that was answered on arrival, after another
         // command took its first bytes as parameters, is no news.
         if (received_ - PendingBytes() < answeredTo_ && received_ - PendingBytes() >= answeredFrom_) return 1;
+        if (realTime_ != 0 && PendingBytes() == 1) return 1;  // a status request on its way in
         Note("stray control byte " + HexBytes(p, 1));
         return 1;
     }

@@ -23,6 +23,9 @@ namespace {
 
 constexpr std::size_t kMaxCommandLength = 4096;
 constexpr int kLabelGap = 16;  // dots of backing between labels in the preview
+// The most dots one label picture holds (a 100 x 70 mm label at 8 dots a millimetre has
+// 358400): a bound against garbled sizes, not a limit a real label meets.
+constexpr long kMaxLabelDots = 16L * 1024 * 1024;
 // Font F, the one the label driver uses: a 13 x 26 dot cell with 3 dots between
 // characters, enlarged by whole multiples.
 constexpr int kFontFWidth = 13, kFontFHeight = 26, kFontFGap = 3;
@@ -269,7 +272,8 @@ class ZplPrinter : public Interpreter {
 
   Image& Label() {
     if (!drawn_) {
-      label_ = Image(labelWidth_, std::min(labelLength_, kMaxImageHeight));
+      const long length = std::min<long>({labelLength_, kMaxImageHeight, kMaxLabelDots / labelWidth_});
+      label_ = Image(labelWidth_, static_cast<int>(length));
       drawn_ = true;
     }
     return label_;

@@ -187,6 +187,17 @@ TEST(DriverSamples, EveryModelPrintsTheSampleJob) {
   }
 }
 
+TEST(DriverSamples, Tm295InterleavedTwoOfFiveAsABitImageReadsBack) {
+  JobRun run(kModels[3], {});
+  const auto outcomes = run.Run(
+      "<Job><Command name='INIT_PRINTER'/><Command name='NEWPRINT'>"
+      "<BARCODE Type='ITF2OF5'>12345678</BARCODE></Command></Job>",
+      L"sim:");
+  ASSERT_EQ(outcomes.size(), 2u);
+  EXPECT_TRUE(outcomes[1].ok);
+  EXPECT_EQ(ReadBarcodes(PreviewFile(::testing::TempDir() + "tm295.png")), std::vector<std::string>{"12345678"});
+}
+
 // The sample logo is 128 x 40 with a one-dot frame, so its box is exact.
 TEST(DriverSamples, LogosAtTheSizeAndPlaceOfEachModelsPictureCommand) {
   struct Case {

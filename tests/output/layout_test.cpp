@@ -1,130 +1,63 @@
-// The text field layouts, on a 12-character line so that the lines read at a glance.
+// The text field layouts, mostly on a 12-character line so that the lines read at a glance.
 #include <climits>
-#include <functional>
-#include <string>
 
-#include <gtest/gtest.h>
-
-#include "frame/output.h"
-#include "support/bytes.h"
+#include "output/output_test.h"
 
 namespace posprint::test {
 namespace {
 
-struct Case {
-  const char* name;
-  int lineWidth;
-  std::function<int(const PortContext&)> call;
-  int result;
-  std::string line;  // as printed, terminator included
-};
-
-void RunCases(const std::vector<Case>& cases) {
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    ScriptedContext port;
-    port.ctx.lineWidth = c.lineWidth;
-    EXPECT_EQ(c.call(port.ctx), c.result);
-    EXPECT_EQ(port.port.Written(), c.line);
+// kind 'D' PrintDoubleField(a, b, left, right, fill), 'C' PrintCentredField(a, b, left),
+// 'P' PrintPatternLine(a, b, left). The line as printed before its CR LF; none when refused.
+TEST(Layout, Fields) {
+  const struct {
+    char kind; int a, b; const char* left; const char* right; char fill; int result; std::string line; int width = 12;
+  } cases[] = {
+      // Double: fill 0 is a space; the left text gives way to one fill, also at exactly the width.
+      {'D', 0, 0, "AB", "CD", '.', 1, "AB........CD"}, {'D', 0, 0, "AB", "CD", 0, 1, "AB        CD"},
+      {'D', 0, 0, "ABCDEFGHIJ", "XYZ", '.', 1, "ABCDEFGH.XYZ"}, {'D', 0, 0, "ABCDEFGHI", "XYZ", '.', 1, "ABCDEFGH.XYZ"},
+      {'D', 2, 1, "AB", "CD", '.', 1, "  AB.....CD "}, {'D', 0, 0, "", "HELLO", 0, 1, "       HELLO"},
+      // A right text that fills the line drops the left one and is cut to the width.
+      {'D', 0, 0, "AB", "RIGHTRIGHTRI", '.', 1, "RIGHTRIGHTRI"},
+      {'D', 2, 0, "AB", "0123456789AB", '.', 1, "  0123456789"},
+      // Width below zero: the margin only; a negative margin sends no spaces but widens the line.
+      {'D', 10, 10, "AB", "CD", '.', 1, "          "}, {'D', -3, 0, "AB", "CD", '.', 1, "AB...........CD"},
+      // Beyond the 100-character buffer, however the numbers go: refused.
+      {'D', 200, 0, "AB", "CD", '.', 0, ""}, {'D', 0, 0, "AB", "CD", '.', 0, "", 200},
+      {'D', INT_MAX, INT_MAX, "AB", "CD", '.', 0, ""}, {'D', INT_MIN, INT_MIN, "AB", "CD", '.', 0, ""},
+      // Centred: odd room rounds down; width - 2 fits, width - 1 is cut to width - 2.
+      {'C', 0, 0, "ABC", "", 0, 1, "    ABC"}, {'C', 0, 0, "0123456789", "", 0, 1, " 0123456789"},
+      {'C', 0, 0, "0123456789A", "", 0, 1, " 0123456789"}, {'C', 2, 0, "AB", "", 0, 1, "   AB"},
+      {'C', 0, 4, "AB", "", 0, 1, "         AB"}, {'C', 0, 0, "", "", 0, 1, "      "},
+      // No room; two columns left cut the text away; a negative offset sends no spaces.
+      {'C', 6, 0, "AB", "", 0, 0, ""}, {'C', 5, 0, "AB", "", 0, 1, " "}, {'C', 0, -10, "AB", "", 0, 1, "AB"},
+      {'C', 0, 200, "AB", "", 0, 0, ""}, {'C', INT_MIN, 0, "AB", "", 0, 0, ""},
+      // Pattern: repeated and cut; longer than the line: cut to width - 1, then repeated.
+      {'P', 0, 0, "abcde", "", 0, 1, "abcdeabcdeab"}, {'P', 0, 0, "ABCDEFGHIJKLMNO", "", 0, 1, "ABCDEFGHIJKA"},
+      {'P', 2, 1, "-", "", 0, 1, " --------  "},  // the left margin before, the side margin after
+      {'P', 0, 0, "", "", 0, 0, ""}, {'P', 6, 0, "-", "", 0, 0, ""},
+      {'P', 0, 0, "*", "", 0, 1, std::string(100, '*'), 100}, {'P', 0, 0, "*", "", 0, 0, "", 101},
+      {'P', 0, 95, "*", "", 0, 0, ""}, {'P', INT_MIN, 0, "*", "", 0, 0, ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.kind << " " << c.width << " " << c.a << " " << c.b << " " << c.left);
+    std::string sent;
+    EXPECT_EQ(RunCut([&c](PortContext& ctx) {
+                ctx.lineWidth = c.width;
+                return c.kind == 'D'   ? PrintDoubleField(ctx, c.a, c.b, c.left, c.right, c.fill)
+                       : c.kind == 'C' ? PrintCentredField(ctx, c.a, c.b, c.left)
+                                       : PrintPatternLine(ctx, c.a, c.b, c.left);
+              }, sent), c.result);
+    EXPECT_EQ(sent, c.result ? c.line + "\r\n" : "");
   }
 }
 
-TEST(DoubleField, Layout) {
-  RunCases({
-      {"two columns, fill between", 12, [](auto& c) { return PrintDoubleField(c, 0, 0, "AB", "CD", '.'); }, 1,
-       "AB........CD\r\n"},
-      {"fill 0 is a space", 12, [](auto& c) { return PrintDoubleField(c, 0, 0, "AB", "CD", 0); }, 1,
-       "AB        CD\r\n"},
-      {"left text gives way to one fill", 12,
-       [](auto& c) { return PrintDoubleField(c, 0, 0, "ABCDEFGHIJ", "XYZ", '.'); }, 1, "ABCDEFGH.XYZ\r\n"},
-      {"exactly the width also leaves one fill", 12,
-       [](auto& c) { return PrintDoubleField(c, 0, 0, "ABCDEFGHI", "XYZ", '.'); }, 1, "ABCDEFGH.XYZ\r\n"},
-      {"margins", 12, [](auto& c) { return PrintDoubleField(c, 2, 1, "AB", "CD", '.'); }, 1, "  AB.....CD \r\n"},
-      {"left alone", 12, [](auto& c) { return PrintDoubleField(c, 0, 0, "HELLO", "", '-'); }, 1,
-       "HELLO-------\r\n"},
-      {"right alone", 12, [](auto& c) { return PrintDoubleField(c, 0, 0, "", "HELLO", 0); }, 1,
-       "       HELLO\r\n"},
-      {"right fills the line: left dropped", 12,
-       [](auto& c) { return PrintDoubleField(c, 0, 0, "AB", "RIGHTRIGHTRI", '.'); }, 1, "RIGHTRIGHTRI\r\n"},
-      {"right longer: cut to the width", 12,
-       [](auto& c) { return PrintDoubleField(c, 2, 0, "AB", "0123456789AB", '.'); }, 1, "  0123456789\r\n"},
-      {"width below zero: margin only", 12,
-       [](auto& c) { return PrintDoubleField(c, 10, 10, "AB", "CD", '.'); }, 1, "          \r\n"},
-      {"negative margin sends no spaces but widens", 12,
-       [](auto& c) { return PrintDoubleField(c, -3, 0, "AB", "CD", '.'); }, 1, "AB...........CD\r\n"},
-      {"margin beyond the buffer refused", 12,
-       [](auto& c) { return PrintDoubleField(c, 200, 0, "AB", "CD", '.'); }, 0, ""},
-      {"line beyond the buffer refused", 200,
-       [](auto& c) { return PrintDoubleField(c, 0, 0, "AB", "CD", '.'); }, 0, ""},
-      {"extreme margins refused", 12,
-       [](auto& c) { return PrintDoubleField(c, INT_MAX, INT_MAX, "AB", "CD", '.'); }, 0, ""},
-      {"extreme negative margins refused", 12,
-       [](auto& c) { return PrintDoubleField(c, INT_MIN, INT_MIN, "AB", "CD", '.'); }, 0, ""},
-      {"42 characters", 42, [](auto& c) { return PrintDoubleField(c, 0, 0, "TOTAL", "12.50", ' '); }, 1,
-       "TOTAL                                12.50\r\n"},
-  });
-}
-
-TEST(CentredField, Layout) {
-  RunCases({
-      {"even", 12, [](auto& c) { return PrintCentredField(c, 0, 0, "AB"); }, 1, "     AB\r\n"},
-      {"odd rounds down", 12, [](auto& c) { return PrintCentredField(c, 0, 0, "ABC"); }, 1, "    ABC\r\n"},
-      {"width - 2 fits", 12, [](auto& c) { return PrintCentredField(c, 0, 0, "0123456789"); }, 1,
-       " 0123456789\r\n"},
-      {"width - 1 is cut to width - 2", 12, [](auto& c) { return PrintCentredField(c, 0, 0, "0123456789A"); }, 1,
-       " 0123456789\r\n"},
-      {"longer is cut too", 12, [](auto& c) { return PrintCentredField(c, 0, 0, "0123456789ABCDEF"); }, 1,
-       " 0123456789\r\n"},
-      {"side margins", 12, [](auto& c) { return PrintCentredField(c, 2, 0, "AB"); }, 1, "   AB\r\n"},
-      {"left offset", 12, [](auto& c) { return PrintCentredField(c, 0, 4, "AB"); }, 1, "         AB\r\n"},
-      {"empty text", 12, [](auto& c) { return PrintCentredField(c, 0, 0, ""); }, 1, "      \r\n"},
-      {"no room: 0", 12, [](auto& c) { return PrintCentredField(c, 6, 0, "AB"); }, 0, ""},
-      {"two columns left: text cut away", 12, [](auto& c) { return PrintCentredField(c, 5, 0, "AB"); }, 1,
-       " \r\n"},
-      {"negative offset sends no spaces", 12, [](auto& c) { return PrintCentredField(c, 0, -10, "AB"); }, 1,
-       "AB\r\n"},
-      {"offset beyond the buffer refused", 12, [](auto& c) { return PrintCentredField(c, 0, 200, "AB"); }, 0, ""},
-      {"extreme side margin", 12, [](auto& c) { return PrintCentredField(c, INT_MIN, 0, "AB"); }, 0, ""},
-  });
-}
-
-TEST(PatternLine, Layout) {
-  RunCases({
-      {"dash", 12, [](auto& c) { return PrintPatternLine(c, 0, 0, "-"); }, 1, "------------\r\n"},
-      {"two characters", 12, [](auto& c) { return PrintPatternLine(c, 0, 0, "=-"); }, 1, "=-=-=-=-=-=-\r\n"},
-      {"last copy cut", 12, [](auto& c) { return PrintPatternLine(c, 0, 0, "abcde"); }, 1, "abcdeabcdeab\r\n"},
-      {"longer than the line: cut to width - 1, then repeated", 12,
-       [](auto& c) { return PrintPatternLine(c, 0, 0, "ABCDEFGHIJKLMNO"); }, 1, "ABCDEFGHIJKA\r\n"},
-      {"margins: left margin before, side margin after", 12,
-       [](auto& c) { return PrintPatternLine(c, 2, 1, "-"); }, 1, " --------  \r\n"},
-      {"empty pattern: 0", 12, [](auto& c) { return PrintPatternLine(c, 0, 0, ""); }, 0, ""},
-      {"no width: 0", 12, [](auto& c) { return PrintPatternLine(c, 6, 0, "-"); }, 0, ""},
-      {"42 characters", 42, [](auto& c) { return PrintPatternLine(c, 0, 0, "-"); }, 1,
-       std::string(42, '-') + "\r\n"},
-      {"100 characters fit", 100, [](auto& c) { return PrintPatternLine(c, 0, 0, "*"); }, 1,
-       std::string(100, '*') + "\r\n"},
-      {"101 refused", 101, [](auto& c) { return PrintPatternLine(c, 0, 0, "*"); }, 0, ""},
-      {"margin pushes past the buffer", 12, [](auto& c) { return PrintPatternLine(c, 0, 95, "*"); }, 0, ""},
-      {"extreme negative side margin", 12, [](auto& c) { return PrintPatternLine(c, INT_MIN, 0, "*"); }, 0, ""},
-  });
-}
-
-TEST(Layout, OneWritePerLineAndShortWriteGivesZero) {
-  ScriptedContext port;
-  port.ctx.lineWidth = 12;
-  port.port.ShortWriteAt(1, 3);
-  EXPECT_EQ(PrintDoubleField(port.ctx, 0, 0, "AB", "CD", '.'), 0);
-  EXPECT_EQ(port.port.Written(), "AB.");
-  EXPECT_EQ(PrintPatternLine(port.ctx, 0, 0, "-"), 1);
-  EXPECT_EQ(port.port.Writes().size(), 2u);
-}
-
-TEST(Layout, LineFeedTerminatorFromContext) {
+TEST(Layout, OneWriteEndedByTheContextsTerminator) {
   ScriptedContext port;
   port.ctx.lineWidth = 4;
   port.ctx.SetTerminator("\n");
   EXPECT_EQ(PrintCentredField(port.ctx, 0, 0, "A"), 1);
   EXPECT_EQ(port.Sent(), "20 41 0A");
+  EXPECT_EQ(port.port.Writes().size(), 1u);
 }
 
 }  // namespace

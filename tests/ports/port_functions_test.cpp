@@ -1,172 +1,93 @@
 // The port functions above every back-end: handles, control requests, the state word,
 // and the choice of back-end by the port name.
-#include <gtest/gtest.h>
-
 #include <memory>
-#include <string>
 
-#include "platform/otool.h"
 #include "platform/port_backend.h"
 #include "platform/scripted_port.h"
+#include "ports/port_io.h"
 
-namespace posprint {
+namespace posprint::test {
 namespace {
 
-TEST(PortFunctions, InvalidHandlesFail) {
+TEST(PortFunctions, BadHandlesAndNamesFail) {
   ScriptedPort port;
-  const int closed = otool_OPEN(port.Name().c_str(), 0, nullptr);
+  const int closed = Open(std::string(port.Name().begin(), port.Name().end()));
   ASSERT_EQ(otool_CLOSE(closed), 1);
-  const int c = 5;
   int out = 0;
-  char buffer[4];
   for (int handle : {-1, closed, 100000}) {
     SCOPED_TRACE(handle);
-    EXPECT_EQ(otool_READ(handle, buffer, 4), -1);
-    EXPECT_EQ(otool_WRITE(handle, "A", 1), -1);
+    EXPECT_EQ(Read(handle, 4), "<failed>");
+    EXPECT_EQ(Write(handle, "A"), -1);
     EXPECT_EQ(otool_IOCTL(handle, kPortSetReadTimeout, 10), -1);
     EXPECT_EQ(otool_IOCTL(handle, kPortGetReadTimeout, &out), -1);
-    EXPECT_EQ(otool_IOCTL(handle, kPortSetWriteTimeout, static_cast<const void*>(&c)), -1);
     EXPECT_EQ(otool_CLOSE(handle), 0);
   }
-}
-
-TEST(PortFunctions, UnknownPortNamesDoNotOpen) {
-  for (const wchar_t* name : {L"script:999999", L"script:", L"script:x", L"file:",
-                              L"/nonexistent/ttyS0", L"tcp:nohost", L"tcp::9100", L""}) {
-    SCOPED_TRACE(testing::PrintToString(std::wstring(name)));
-    EXPECT_EQ(otool_OPEN(name, 0, nullptr), -1);
+  for (const char* name : {"script:999999", "script:", "script:x", "file:", "/nonexistent/ttyS0", "tcp:nohost",
+                           "tcp::9100", ""}) {
+    EXPECT_EQ(Open(name), -1) << name;
   }
   EXPECT_EQ(otool_OPEN(nullptr, 0, nullptr), -1);
+  ScriptedPort next;
+  EXPECT_EQ(otool_OPEN(next.Name().c_str(), 0, nullptr), closed);  // a closed slot is used again
+  otool_CLOSE(closed);
 }
 
-TEST(PortFunctions, ClosedSlotIsReused) {
-  ScriptedPort a, b, c;
-  const int ha = otool_OPEN(a.Name().c_str(), 0, nullptr);
-  const int hb = otool_OPEN(b.Name().c_str(), 0, nullptr);
-  EXPECT_NE(ha, hb);
-  otool_CLOSE(ha);
-  EXPECT_EQ(otool_OPEN(c.Name().c_str(), 0, nullptr), ha);
-  otool_CLOSE(ha);
-  otool_CLOSE(hb);
-}
-
-TEST(PortFunctions, TimeoutsDefaultToOneSecondAndFollowTheRequests) {
+// Time-outs and the state word, set in value or pointer form; a get request takes an int*.
+TEST(PortFunctions, ControlRequests) {
   ScriptedPort port;
   const int h = otool_OPEN(port.Name().c_str(), 0, nullptr);
-  int read = 0, write = 0;
-  ASSERT_EQ(otool_IOCTL(h, kPortGetReadTimeout, &read), 0);
-  ASSERT_EQ(otool_IOCTL(h, kPortGetWriteTimeout, &write), 0);
-  EXPECT_EQ(read, 1000);
-  EXPECT_EQ(write, 1000);
-
-  const int writeMs = 5000;
+  auto get = [h](int request) {
+    int value = -99;
+    return otool_IOCTL(h, request, &value) == 0 ? value : -1;
+  };
+  EXPECT_EQ(get(kPortGetReadTimeout), 1000);  // one second each at first
+  EXPECT_EQ(get(kPortGetWriteTimeout), 1000);
+  EXPECT_EQ(get(kPortGetState), 0);
+  const int writeMs = 5000, withLineFlag = 0x102, zero = 0;
   EXPECT_EQ(otool_IOCTL(h, kPortSetReadTimeout, 300), 0);
   EXPECT_EQ(otool_IOCTL(h, kPortSetWriteTimeout, static_cast<const void*>(&writeMs)), 0);
-  otool_IOCTL(h, kPortGetReadTimeout, &read);
-  otool_IOCTL(h, kPortGetWriteTimeout, &write);
-  EXPECT_EQ(read, 300);
-  EXPECT_EQ(write, 5000);
-
-  EXPECT_EQ(otool_IOCTL(h, kPortSetReadTimeout, -5), -1);
-  otool_IOCTL(h, kPortGetReadTimeout, &read);
-  EXPECT_EQ(read, 300);
-  otool_CLOSE(h);
-}
-
-TEST(PortFunctions, StateWordKeepsItsBitsAndSwitchesXonXoff) {
-  ScriptedPort port;
-  const int h = otool_OPEN(port.Name().c_str(), 0, nullptr);
-  int word = -1;
-  otool_IOCTL(h, kPortGetState, &word);
-  EXPECT_EQ(word, 0);
-  EXPECT_FALSE(port.FlowControl());
-
+  EXPECT_EQ(otool_IOCTL(h, kPortSetReadTimeout, -5), -1);  // refused: the time-out stays
+  EXPECT_EQ(get(kPortGetReadTimeout), 300);
+  EXPECT_EQ(get(kPortGetWriteTimeout), 5000);
   EXPECT_EQ(otool_IOCTL(h, kPortSetState, 2), 0);  // the TM295's "XONXOFF"
   EXPECT_TRUE(port.FlowControl());
-
-  const int withLineFlag = 0x102;
   EXPECT_EQ(otool_IOCTL(h, kPortSetState, static_cast<const void*>(&withLineFlag)), 0);
-  otool_IOCTL(h, kPortGetState, &word);
-  EXPECT_EQ(word, 0x102);
+  EXPECT_EQ(get(kPortGetState), 0x102);  // every bit kept
   EXPECT_TRUE(port.FlowControl());
-
-  otool_IOCTL(h, kPortSetState, 0x100);
-  otool_IOCTL(h, kPortGetState, &word);
-  EXPECT_EQ(word, 0x100);
+  EXPECT_EQ(otool_IOCTL(h, kPortSetState, 0x100), 0);
   EXPECT_FALSE(port.FlowControl());
-  otool_CLOSE(h);
-}
-
-TEST(PortFunctions, RequestsAcceptedAndRefused) {
-  struct Case {
-    const char* name;
-    int request;
-    int expected;
-  };
-  const Case cases[] = {
-      {"input buffer size is accepted", kPortSetInputBuffer, 0},
-      {"purge of an empty line", kPortPurge, 0},
-      {"unknown request", 1234, -1},
-      {"a get request in value form", kPortGetReadTimeout, -1},
-  };
-  ScriptedPort port;
-  const int h = otool_OPEN(port.Name().c_str(), 0, nullptr);
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(otool_IOCTL(h, c.request, 10), c.expected);
-  }
-  int out = 0;
-  const int in = 0;
-  EXPECT_EQ(otool_IOCTL(h, 1234, &out), -1);
-  EXPECT_EQ(otool_IOCTL(h, kPortGetState, static_cast<const void*>(&in)), -1);
+  EXPECT_EQ(otool_IOCTL(h, kPortSetInputBuffer, 10), 0);  // accepted, nothing to do
+  EXPECT_EQ(otool_IOCTL(h, kPortPurge, 0), 0);
+  EXPECT_EQ(otool_IOCTL(h, 1234, 10), -1);
+  EXPECT_EQ(get(1234), -1);
+  EXPECT_EQ(otool_IOCTL(h, kPortGetReadTimeout, 10), -1);  // a get request in value form
+  EXPECT_EQ(otool_IOCTL(h, kPortGetState, static_cast<const void*>(&zero)), -1);
   EXPECT_EQ(otool_IOCTL(h, kPortGetState, static_cast<void*>(nullptr)), -1);
   EXPECT_EQ(otool_IOCTL(h, kPortSetReadTimeout, static_cast<const void*>(nullptr)), -1);
   otool_CLOSE(h);
 }
 
-// A back-end that only remembers what followed its prefix.
-class NamedBackend : public PortBackend {
- public:
-  explicit NamedBackend(std::string tag) : tag_(std::move(tag)) {}
-  int Read(char* buffer, int count, int) override {
-    const int n = std::min(count, static_cast<int>(tag_.size()));
-    tag_.copy(buffer, static_cast<std::size_t>(n));
-    return n;
-  }
-  int Write(const char*, int count, int) override { return count; }
-  int Purge() override { return 0; }
-  bool Close() override { return true; }
-
- private:
-  std::string tag_;
-};
-
-std::string ReadTag(const wchar_t* name) {
-  const int h = otool_OPEN(name, 0, nullptr);
-  if (h < 0) return "<not opened>";
-  char buffer[32];
-  const int n = otool_READ(h, buffer, sizeof buffer);
-  otool_CLOSE(h);
-  return std::string(buffer, static_cast<std::size_t>(std::max(n, 0)));
-}
-
 TEST(PortFunctions, LongestRegisteredPrefixWins) {
-  RegisterPortKind("demo:", [](const std::string& rest) {
-    return std::make_unique<NamedBackend>("short " + rest);
-  });
-  RegisterPortKind("demo:long:", [](const std::string& rest) {
-    return std::make_unique<NamedBackend>("long " + rest);
-  });
-  EXPECT_EQ(ReadTag(L"demo:abc"), "short abc");
-  EXPECT_EQ(ReadTag(L"demo:long:xyz"), "long xyz");
-  EXPECT_EQ(ReadTag(L"demo:lon"), "short lon");
-
-  RegisterPortKind("demo:", [](const std::string&) { return nullptr; });  // replaces
-  EXPECT_EQ(ReadTag(L"demo:abc"), "<not opened>");
+  std::string chosen;  // the factories only note that they were asked, and open nothing
+  auto kind = [&chosen](std::string tag) -> PortFactory {
+    return [&chosen, tag](const std::string& rest) { chosen = tag + rest; return std::unique_ptr<PortBackend>(); };
+  };
+  auto open = [&chosen](const char* name) {
+    chosen.clear();
+    EXPECT_EQ(Open(name), -1);
+    return chosen;
+  };
+  RegisterPortKind("demo:", kind("short "));
+  RegisterPortKind("demo:long:", kind("long "));
+  EXPECT_EQ(open("demo:abc"), "short abc");
+  EXPECT_EQ(open("demo:long:xyz"), "long xyz");
+  EXPECT_EQ(open("demo:lon"), "short lon");
+  RegisterPortKind("demo:", kind("again "));  // replaces
+  EXPECT_EQ(open("demo:abc"), "again abc");
   RegisterPortKind("demo:long:", nullptr);  // removes
   RegisterPortKind("demo:", nullptr);
-  EXPECT_EQ(ReadTag(L"demo:long:xyz"), "<not opened>");  // falls to the terminal kind
+  EXPECT_EQ(open("demo:long:xyz"), "");  // a terminal device now, which does not exist
 }
 
 }  // namespace
-}  // namespace posprint
+}  // namespace posprint::test

@@ -1,9 +1,12 @@
 // Byte-string wrappers over otool_READ / otool_WRITE for the port tests.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 
 #include "platform/otool.h"
+#include "support/bytes.h"
 
 namespace posprint::test {
 
@@ -16,6 +19,11 @@ inline std::string Read(int handle, int count) {
 
 inline int Write(int handle, const std::string& bytes) {
   return otool_WRITE(handle, bytes.data(), static_cast<int>(bytes.size()));
+}
+
+inline int Open(const std::string& name) {
+  const std::wstring wide(name.begin(), name.end());
+  return otool_OPEN(wide.c_str(), 0, nullptr);
 }
 
 }  // namespace posprint::test

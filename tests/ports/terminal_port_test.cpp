@@ -1,231 +1,148 @@
-// The terminal-device back-end against a real pseudo-terminal: the test holds the master
-// side, which plays the printer. These tests take real milliseconds (a pty is a real
-// line); time bounds only catch a hang.
-#include <gtest/gtest.h>
-
-#include <poll.h>
-#include <pty.h>
+// The terminal-device back-end against a real pseudo-terminal whose far end plays the
+// printer. These tests take real milliseconds (a pty is a real line); the time bounds only
+// catch a hang.
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <string>
+#include <memory>
 #include <thread>
 
-#include "platform/otool.h"
 #include "ports/port_io.h"
-#include "support/bytes.h"
+#include "support/pty_printer.h"
 
-namespace posprint {
+namespace posprint::test {
 namespace {
-
-using test::Hex;
-using test::Read;
-using test::Write;
-using test::ToHex;
-using Steady = std::chrono::steady_clock;
-
-// A pseudo-terminal pair; the slave's path is the port name.
-class Pty {
- public:
-  Pty() {
-    char name[128] = {};
-    if (::openpty(&master_, &slave_, name, nullptr, nullptr) == 0) path_ = name;
-  }
-  ~Pty() {
-    CloseMaster();
-    CloseSlave();
-  }
-  const std::string& Path() const { return path_; }
-  std::wstring Name(const std::string& suffix = "") const {
-    const std::string text = path_ + suffix;
-    return std::wstring(text.begin(), text.end());
-  }
-  int Slave() const { return slave_; }
-
-  void Send(const std::string& bytes) {
-    ASSERT_EQ(::write(master_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-  }
-  // What the printer received within waitMs (stops early once `count` bytes are in).
-  std::string Receive(std::size_t count, int waitMs = 1000) {
-    std::string got;
-    const auto deadline = Steady::now() + std::chrono::milliseconds(waitMs);
-    while (got.size() < count) {
-      const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Steady::now());
-      pollfd p{master_, POLLIN, 0};
-      if (left.count() <= 0 || ::poll(&p, 1, static_cast<int>(left.count())) <= 0) break;
-      char buffer[256];
-      const ssize_t n = ::read(master_, buffer, sizeof buffer);
-      if (n <= 0) break;
-      got.append(buffer, static_cast<std::size_t>(n));
-    }
-    return got;
-  }
-  // Waits until the port side has `count` unread bytes waiting.
-  bool WaitUntilPending(int count) {
-    for (int i = 0; i < 200; ++i) {
-      int pending = 0;
-      if (::ioctl(slave_, FIONREAD, &pending) == 0 && pending >= count) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return false;
-  }
-  void CloseSlave() {
-    if (slave_ >= 0) ::close(slave_);
-    slave_ = -1;
-  }
-  void CloseMaster() {
-    if (master_ >= 0) ::close(master_);
-    master_ = -1;
-  }
-
- private:
-  int master_ = -1, slave_ = -1;
-  std::string path_;
-};
 
 class TerminalPort : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_FALSE(pty.Path().empty());
-    handle = otool_OPEN(pty.Name().c_str(), 0, nullptr);
+    ASSERT_TRUE(printer->Ok()) << printer->Error();
+    handle = Open(printer->PortName());
     ASSERT_GE(handle, 0);
   }
   void TearDown() override { otool_CLOSE(handle); }
+  // What the printer received, once `count` bytes are in or waitMs passed.
+  std::string Received(std::size_t count, int waitMs = 2000) {
+    printer->WaitForBytes(count, waitMs);
+    return printer->Received();
+  }
 
-  Pty pty;
+  std::unique_ptr<PtyPrinter> printer = std::make_unique<PtyPrinter>();
   int handle = -1;
 };
 
-TEST_F(TerminalPort, ControlBytesPassUntranslatedBothWays) {
+TEST_F(TerminalPort, RawBytesBothWaysAndReadsEndAtTheCountOrAGap) {
   const std::string bytes = Hex("00 0A 0D 11 13 1B 7F FF 0D 0A");
   EXPECT_EQ(Write(handle, bytes), 10);
-  EXPECT_EQ(ToHex(pty.Receive(10)), "00 0A 0D 11 13 1B 7F FF 0D 0A");
-
-  pty.Send(bytes);
-  EXPECT_EQ(ToHex(Read(handle, 10)), "00 0A 0D 11 13 1B 7F FF 0D 0A");
-  EXPECT_EQ(pty.Receive(1, 100), "");  // nothing echoed back to the printer
-}
-
-TEST_F(TerminalPort, ReadReturnsAtTheGapBetweenTwoAnswers) {
-  otool_IOCTL(handle, kPortSetReadTimeout, 2000);
-  std::thread printer([this] {
-    pty.Send("first");
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    pty.Send("second");
-  });
-  EXPECT_EQ(Read(handle, 64), "first");
-  EXPECT_EQ(Read(handle, 64), "second");
-  printer.join();
-}
-
-TEST_F(TerminalPort, ReadStopsAtTheCountAsked) {
-  pty.Send("ABCDEF");
+  EXPECT_EQ(ToHex(Received(10)), "00 0A 0D 11 13 1B 7F FF 0D 0A");
+  printer->Send(bytes + "ABCDEF");
+  EXPECT_EQ(ToHex(Read(handle, 10)), "00 0A 0D 11 13 1B 7F FF 0D 0A");  // nothing translated
   EXPECT_EQ(Read(handle, 4), "ABCD");
   EXPECT_EQ(Read(handle, 4), "EF");
-}
+  EXPECT_EQ(ToHex(Received(11, 100)), ToHex(bytes));  // nothing echoed back to the printer
 
-TEST_F(TerminalPort, SilentLineTimesOutWithNothing) {
+  otool_IOCTL(handle, kPortSetReadTimeout, 2000);
+  std::thread answers([this] {
+    printer->Send("first");
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    printer->Send("second");
+  });
+  EXPECT_EQ(Read(handle, 64), "first");  // the quiet line ends the read
+  EXPECT_EQ(Read(handle, 64), "second");
+  answers.join();
   otool_IOCTL(handle, kPortSetReadTimeout, 50);
-  EXPECT_EQ(Read(handle, 1), "");
+  EXPECT_EQ(Read(handle, 1), "");  // a silent line times out with nothing
 }
 
 TEST_F(TerminalPort, ClosedFarEndFailsAtOnce) {
   otool_IOCTL(handle, kPortSetReadTimeout, 10000);
   otool_IOCTL(handle, kPortSetWriteTimeout, 10000);
-  pty.CloseSlave();  // only the port holds the slave side now
-  pty.CloseMaster();
-  const auto start = Steady::now();
+  printer.reset();  // only the port holds the line now
+  const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(Read(handle, 1), "<failed>");
   EXPECT_EQ(Write(handle, "X"), -1);
-  EXPECT_LT(Steady::now() - start, std::chrono::seconds(3));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
 }
 
 TEST_F(TerminalPort, ScramblingXorsBothWays) {
-  const int key[] = {0x5A, 0};
+  const int key[] = {0x15A, 0}, off[] = {0};  // only the low byte of the key counts
   ASSERT_EQ(otool_IOCTL(handle, kPortScramble, static_cast<const void*>(key)), 0);
   Write(handle, Hex("00 41 FF"));
-  EXPECT_EQ(ToHex(pty.Receive(3)), "5A 1B A5");
-  pty.Send(Hex("5A 1B"));
+  EXPECT_EQ(ToHex(Received(3)), "5A 1B A5");
+  printer->Send(Hex("5A 1B"));
   EXPECT_EQ(ToHex(Read(handle, 2)), "00 41");
-
-  const int off[] = {0};
   otool_IOCTL(handle, kPortScramble, static_cast<const void*>(off));
   Write(handle, Hex("00 41"));
-  EXPECT_EQ(ToHex(pty.Receive(2)), "00 41");
+  EXPECT_EQ(ToHex(Received(5)), "5A 1B A5 00 41");
 }
 
 TEST_F(TerminalPort, XoffFromThePrinterHoldsOutputUntilXon) {
-  ASSERT_EQ(otool_IOCTL(handle, kPortSetState, 2), 0);
-  // XOFF, then a marker: once the marker is read, the line discipline has seen the XOFF.
-  pty.Send(Hex("13") + "M");
+  // The harness's line starts without start and stop characters; a serial line has DC1, DC3.
+  const int line = ::open(printer->PortName().c_str(), O_RDWR | O_NOCTTY);
+  termios settings{};
+  ::tcgetattr(line, &settings);
+  settings.c_cc[VSTART] = 0x11, settings.c_cc[VSTOP] = 0x13;
+  ::tcsetattr(line, TCSANOW, &settings);
+  ::close(line);
+  ASSERT_EQ(otool_IOCTL(handle, kPortSetState, kPortStateXonXoff), 0);
+  printer->Send(Hex("13") + "M");  // once the marker is read, the line has seen the XOFF
   ASSERT_EQ(Read(handle, 1), "M");
   otool_IOCTL(handle, kPortSetWriteTimeout, 5000);
-  std::string heldBack = "<not looked at>";
-  std::thread printer([this, &heldBack] {
-    heldBack = pty.Receive(3, 150);
-    pty.Send(Hex("11"));  // XON
+  bool heldBack = false;
+  std::thread xon([this, &heldBack] {
+    heldBack = !printer->WaitForBytes(1, 150);
+    printer->Send(Hex("11"));
   });
-  // The write waits out the pause and returns whole once the printer sent XON.
-  EXPECT_EQ(Write(handle, "abc"), 3);
-  printer.join();
-  EXPECT_EQ(heldBack, "");
-  EXPECT_EQ(pty.Receive(3), "abc");
-
-  // The flow-control bytes are the driver's, not data.
-  pty.Send(Hex("11 41 13 11"));
+  EXPECT_EQ(Write(handle, "abc"), 3);  // waits out the pause, whole once the printer sent XON
+  xon.join();
+  EXPECT_TRUE(heldBack);
+  EXPECT_EQ(Received(3), "abc");
+  printer->Send(Hex("11 41 13 11"));  // the flow-control bytes are the line's, not data
   EXPECT_EQ(ToHex(Read(handle, 4)), "41");
-
   ASSERT_EQ(otool_IOCTL(handle, kPortSetState, 0), 0);
-  pty.Send(Hex("13 42"));
+  printer->Send(Hex("13 42"));
   EXPECT_EQ(ToHex(Read(handle, 4)), "13 42");
 }
 
 TEST_F(TerminalPort, PurgeDiscardsWhatArrivedAndCountsIt) {
-  pty.Send("12345");
-  ASSERT_TRUE(pty.WaitUntilPending(5));
+  const int line = ::open(printer->PortName().c_str(), O_RDWR | O_NOCTTY);  // to see the input queue
+  ASSERT_GE(line, 0);
+  printer->Send("12345");
+  int pending = 0;
+  for (int i = 0; i < 200 && pending < 5; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    ::ioctl(line, FIONREAD, &pending);
+  }
+  ::close(line);
   EXPECT_EQ(otool_IOCTL(handle, kPortPurge, 0), 5);
   otool_IOCTL(handle, kPortSetReadTimeout, 50);
   EXPECT_EQ(Read(handle, 5), "");
 }
 
+// The speed after the '@'; the pty starts at 38400. A rate the driver does not offer fails.
 TEST(TerminalPortName, BaudRateAfterTheAtSign) {
-  struct Case {
-    const char* name;
-    const char* suffix;
-    bool opens;
-    speed_t speed;  // expected line speed after open (the pty starts at 38400)
-  };
-  const Case cases[] = {
-      {"no rate keeps the speed", "", true, B38400},
-      {"9600", "@9600", true, B9600},
-      {"115200", "@115200", true, B115200},
-      {"rate the driver does not offer", "@12345", false, 0},
-      {"empty rate", "@", false, 0},
-      {"letters", "@96OO", false, 0},
-      {"negative", "@-9600", false, 0},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Pty pty;
+  const struct { const char* suffix; speed_t speed; } cases[] = {
+      {"", B38400}, {"@9600", B9600}, {"@115200", B115200}, {"@12345", 0}, {"@", 0}, {"@96OO", 0}, {"@-9600", 0}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.suffix);
+    PtyPrinter printer;
+    const int line = ::open(printer.PortName().c_str(), O_RDWR | O_NOCTTY);
     termios settings{};
-    ::tcgetattr(pty.Slave(), &settings);
+    ::tcgetattr(line, &settings);
     ::cfsetspeed(&settings, B38400);
-    ::tcsetattr(pty.Slave(), TCSANOW, &settings);
-
-    const int handle = otool_OPEN(pty.Name(c.suffix).c_str(), 0, nullptr);
-    EXPECT_EQ(handle >= 0, c.opens);
-    if (handle < 0) continue;
-    ::tcgetattr(pty.Slave(), &settings);
-    EXPECT_EQ(::cfgetospeed(&settings), c.speed);
+    ::tcsetattr(line, TCSANOW, &settings);
+    const int handle = Open(printer.PortName() + c.suffix);
+    EXPECT_EQ(handle >= 0, c.speed != 0);
+    ::tcgetattr(line, &settings);
+    EXPECT_EQ(::cfgetospeed(&settings), c.speed ? c.speed : B38400);
     otool_CLOSE(handle);
+    ::close(line);
   }
-}
-
-TEST(TerminalPortName, AFileThatIsNotATerminalIsRefused) {
-  EXPECT_EQ(otool_OPEN(L"/dev/null", 0, nullptr), -1);
+  EXPECT_EQ(Open("/dev/null"), -1);  // not a terminal
 }
 
 }  // namespace
-}  // namespace posprint
+}  // namespace posprint::test

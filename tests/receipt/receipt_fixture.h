@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "platform/logo_files.h"
-#include "support/bmp_builder.h"
 #include "support/driver_fixture.h"
 #include "support/run_program.h"
 
@@ -19,11 +18,6 @@ using namespace posprint::test;
 
 inline std::string Font(const char* attributes) { return std::string("<SINGLEFIELD ") + attributes + "/>"; }
 inline std::string Single(const std::string& text) { return "<SINGLEFIELD><Field>" + text + "</Field></SINGLEFIELD>"; }
-// A 1-bit BMP drawn with '#' (black) and '.' (white), top row first.
-inline std::string Bmp(const std::vector<std::string>& rows) {
-  const std::vector<std::uint8_t> file = MonoBmp(rows);
-  return std::string(file.begin(), file.end());
-}
 
 template <class Driver>
 class DriverTest : public DriverFixture<Driver> {
@@ -34,7 +28,6 @@ class DriverTest : public DriverFixture<Driver> {
     if (!reply.empty()) Answer(reply);
   }
   std::string Received() const override { return this->Line(); }
-  std::string Sent() const { return this->Line(); }
 
   // The printer's answers to its status requests, in turn: `replies` holds them split by ';'
   // (the last one repeats, an empty one is silence), each in bursts split by '|'; "00@500":

@@ -48,7 +48,7 @@ TEST_F(Tm300, OpenEndOfTicketAndStatus) {
       {"paper out after being busy", {}, ";01", "STOP_PRINT", 102, feeds + "1B 76 1B 76"},
   });
   EXPECT_EQ(port.Purges(), 0);  // nothing is purged before a request
-  EXPECT_EQ(clock.Waits(), 1);  // half a second before each retry
+  EXPECT_EQ(clock.Waits(), 1);  // the last row: half a second before its one retry
   EXPECT_EQ(clock.TotalSleptMs(), 500);
 }
 
@@ -123,7 +123,7 @@ TEST_F(Tm295, XonXoffCommandSwitchesAnOpenPort) {
     Open();
     EXPECT_TRUE(Command("TM295_NEWPRINT", element));
     EXPECT_EQ(port.FlowControl(), flowControl) << element;
-    EXPECT_EQ(Sent(), "");
+    EXPECT_EQ(Line(), "");
   }
   Open({}, false);
   EXPECT_TRUE(Command("TM295_NEWPRINT", "<XonXoff/>"));

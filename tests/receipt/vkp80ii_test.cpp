@@ -45,7 +45,7 @@ TEST_F(Vkp80ii, OpenWaitsThreeSecondsAfterTheResetThenPurges) {
   Open({}, false);
   port.ShortWriteAt(port.writeCount_ + 2);  // ESC @ not taken: nothing to wait for, and still open
   EXPECT_TRUE(Command("INIT_PRINTER"));
-  EXPECT_EQ(Sent(), "1B 74 00");
+  EXPECT_EQ(Line(), "1B 74 00");
   EXPECT_EQ(clock.TotalSleptMs(), 0);
   EXPECT_EQ(port.Purges(), purges);
 }
@@ -108,7 +108,7 @@ TEST_F(Vkp80ii, CodePageFollowsTheTextAndStaysWhenThePrinterMissesTheSwitch) {
   port.ClearWritten();
   port.ShortWriteAt(port.writeCount_ + 5);  // the ESC t after the four writes of the format
   ASSERT_TRUE(Field(euro));
-  EXPECT_EQ(Sent(), kFormat + " " + Spaces(19) + " 35 20 3F 0A");  // "5 ?": no euro sign in PC437
+  EXPECT_EQ(Line(), kFormat + " " + Spaces(19) + " 35 20 3F 0A");  // "5 ?": no euro sign in PC437
   EXPECT_EQ(driver.PrinterCodePage(), 8);
 }
 

@@ -17,6 +17,7 @@
 #include "platform/nx_xml.h"
 #include "platform/parameters.h"
 #include "platform/scripted_port.h"
+#include "support/bmp_builder.h"
 #include "support/bytes.h"
 
 namespace posprint::test {
@@ -30,6 +31,11 @@ inline std::string Times(int count, const std::string& hex) {
   return out;
 }
 inline std::string Spaces(int count) { return Times(count, "20"); }
+// A 1-bit BMP file drawn with '#' (black) and '.' (white), top row first.
+inline std::string Bmp(const std::vector<std::string>& rows) {
+  const std::vector<std::uint8_t> file = MonoBmp(rows);
+  return std::string(file.begin(), file.end());
+}
 
 // One row: a fresh open with `keys`, the printer's answers `reply` (as the family's fixture
 // reads them), then `input`: NEWPRINT with each field when it starts with '<', a record

@@ -94,7 +94,11 @@ DriverBase::BarcodeAttributes DriverBase::ReadBarcodeAttributes(IXMLDOMNodePtr n
   BarcodeAttributes barcode;
   Nx_Stringa value;
   if (AttributeSet(node, L"Type", value)) barcode.type = LookupBarcodeType(value.c_str());
-  if (AttributeSet(node, L"Height", value)) barcode.height = AtoiText(value) * heightScale;
+  if (AttributeSet(node, L"Height", value)) {
+    // The terminal's 32-bit arithmetic wraps round on a height of millions of millimetres;
+    // so does this, in unsigned arithmetic, instead of overflowing a signed int.
+    barcode.height = static_cast<int>(static_cast<unsigned>(AtoiText(value)) * static_cast<unsigned>(heightScale));
+  }
   if (AttributeSet(node, L"ModuleWidth", value)) barcode.moduleWidth = AtoiText(value);
   barcode.textPosition = ReadHriPosition(node);
   return barcode;

@@ -26,3 +26,7 @@ cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPOSPRINT_SANITIZE=O
 cmake --build build-asan -j"$jobs"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   ctest --test-dir build-asan --output-on-failure -j"$jobs"
+
+# ---------------------------------------------------------------------------------------
+echo "== fuzzing: every harness for 10 seconds under AddressSanitizer and UBSan (scripts/fuzz.sh) =="
+scripts/fuzz.sh 10

@@ -1,0 +1,34 @@
+// A lean in-memory printer port for the benchmarks: "mem:" port names.
+//
+// Unlike the test suite's ScriptedPort, which keeps every write in strings and vectors,
+// this port copies each write into one buffer allocated once, and answers status
+// requests from fixed answers, so that the port costs no allocation and next to no time:
+// what a benchmark measures is the driver.
+//
+//   "mem:"      an ESC/POS printer that is ready: every status request (DLE EOT n, ESC v,
+//               GS r ...) is answered with one byte, 0x12 (online, nothing wrong)
+//   "mem:zpl"   a ZPL printer: "~HS" is answered with the three strings of a ready printer
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace posprint::bench {
+
+// Registers the "mem:" port kind (once; later calls do nothing).
+void RegisterMemoryPort();
+
+// What the open memory ports received since the last Reset: the byte count, the write
+// count, and the last bytes (up to the buffer size; the buffer starts again from its
+// beginning when full, so a long run keeps only its tail).
+struct MemoryLine {
+  std::uint64_t bytes = 0;
+  std::uint64_t writes = 0;
+};
+MemoryLine MemoryPortTotals();
+void ResetMemoryPort();
+// The bytes received since the last Reset, when they fitted the buffer (else empty).
+std::string_view MemoryPortBytes();
+
+}  // namespace posprint::bench

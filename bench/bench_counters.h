@@ -11,6 +11,10 @@
 
 namespace posprint::bench {
 
+// Every benchmark registered through Remember gets the fixed iteration count of
+// POSPRINT_BENCH_ITERATIONS (FixIterations), for deterministic profiles.
+benchmark::internal::Benchmark* Remember(benchmark::internal::Benchmark* b);
+
 class OperationCounters {
  public:
   OperationCounters() { ResetMemoryPort(); allocations_ = AllocationCount(); }

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "bench_counters.h"
 #include "bench_job.h"
@@ -76,6 +77,23 @@ void RunField(benchmark::State& state, const Model& model, BenchJob* job, std::s
 
 }  // namespace
 
+namespace {
+std::vector<benchmark::internal::Benchmark*>& Registered() {
+  static std::vector<benchmark::internal::Benchmark*> all;
+  return all;
+}
+}  // namespace
+
+benchmark::internal::Benchmark* Remember(benchmark::internal::Benchmark* b) {
+  Registered().push_back(b);
+  return b;
+}
+
+void FixIterations(long long iterations) {
+  if (iterations <= 0) return;
+  for (benchmark::internal::Benchmark* b : Registered()) b->Iterations(iterations);
+}
+
 void RegisterDriverBenchmarks() {
   for (const Model& model : Models()) {
     if (!model.factory) continue;
@@ -83,18 +101,18 @@ void RegisterDriverBenchmarks() {
     if (fields) {
       for (std::size_t i = 0; i < fields->Ticket().size(); ++i) {
         const std::string name = "field/" + model.name + "/" + fields->Ticket()[i].label.substr(9);
-        benchmark::RegisterBenchmark(name.c_str(), [&model, fields, i](benchmark::State& state) {
+        Remember(benchmark::RegisterBenchmark(name.c_str(), [&model, fields, i](benchmark::State& state) {
           RunField(state, model, fields, i);
-        })->Unit(benchmark::kNanosecond);
+        }))->Unit(benchmark::kNanosecond);
       }
     }
     const bool receipt = model.paper == Paper::kReceipt;
     BenchJob* reference = LoadJob(receipt ? "receipt.xml" : "label.xml");
     if (!reference) continue;
     const std::string name = std::string(receipt ? "receipt/" : "label/") + model.name;
-    benchmark::RegisterBenchmark(name.c_str(), [&model, reference](benchmark::State& state) {
+    Remember(benchmark::RegisterBenchmark(name.c_str(), [&model, reference](benchmark::State& state) {
       RunTicket(state, model, reference);
-    })->Unit(benchmark::kMicrosecond);
+    }))->Unit(benchmark::kMicrosecond);
   }
 }
 

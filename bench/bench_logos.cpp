@@ -55,35 +55,45 @@ void RunLogo(benchmark::State& state, const std::vector<std::uint8_t>& bmp, Prin
 }  // namespace
 
 void RegisterLogoBenchmarks() {
+  // What one command costs on its way to the port: otool_WRITE of three bytes (an ESC !
+  // n), through the handle table and the memory back-end.
+  Remember(benchmark::RegisterBenchmark("port/otool_WRITE_3_bytes", [](benchmark::State& state) {
+    PortContext ctx = OpenContext();
+    OperationCounters counters;
+    for (auto _ : state) benchmark::DoNotOptimize(otool_WRITE(ctx.handle, "\x1B\x21\x00", 3));
+    counters.Report(state);
+    otool_CLOSE(ctx.handle);
+  }));
+
   for (const Logo& logo : kLogos) {
     auto* bmp = new std::vector<std::uint8_t>(ReadLogo(logo.file));
     const std::string size = std::string(logo.file).substr(4, std::string(logo.file).size() - 8);  // "384x120"
     // ESC * 8-dot single-density bands, as the TMT70 prints its logo.
-    benchmark::RegisterBenchmark(("logo/PrintBitmap_8dot/" + size).c_str(), [bmp](benchmark::State& state) {
+    Remember(benchmark::RegisterBenchmark(("logo/PrintBitmap_8dot/" + size).c_str(), [bmp](benchmark::State& state) {
       RunLogo(state, *bmp, [](const PortContext& ctx, const std::vector<std::uint8_t>& b) {
         return PrintBitmap(ctx, b, false, 0);
       });
-    });
+    }));
     // ESC * 24-dot double-density bands.
-    benchmark::RegisterBenchmark(("logo/PrintBitmap_24dot/" + size).c_str(), [bmp](benchmark::State& state) {
+    Remember(benchmark::RegisterBenchmark(("logo/PrintBitmap_24dot/" + size).c_str(), [bmp](benchmark::State& state) {
       RunLogo(state, *bmp, [](const PortContext& ctx, const std::vector<std::uint8_t>& b) {
         return PrintBitmap(ctx, b, false, 33);
       });
-    });
+    }));
     // GS v 0 at normal size, centred on an 832-dot line.
-    benchmark::RegisterBenchmark(("logo/PrintRasterLogo/" + size).c_str(), [bmp](benchmark::State& state) {
+    Remember(benchmark::RegisterBenchmark(("logo/PrintRasterLogo/" + size).c_str(), [bmp](benchmark::State& state) {
       RunLogo(state, *bmp, [](const PortContext& ctx, const std::vector<std::uint8_t>& b) {
         return PrintRasterLogo(ctx, b, 832, false, RasterMargin::kClampToZero);
       });
-    });
+    }));
     // GS v 0 at double size, as the ticket printers print every logo: only the smallest
     // logo fits the 832-dot line twice as wide.
     if (logo.width * 2 <= 832) {
-      benchmark::RegisterBenchmark(("logo/PrintRasterLogo_double/" + size).c_str(), [bmp](benchmark::State& state) {
+      Remember(benchmark::RegisterBenchmark(("logo/PrintRasterLogo_double/" + size).c_str(), [bmp](benchmark::State& state) {
         RunLogo(state, *bmp, [](const PortContext& ctx, const std::vector<std::uint8_t>& b) {
           return PrintRasterLogo(ctx, b, 832, true, RasterMargin::kWrapUnsigned);
         });
-      });
+      }));
     }
   }
 }

@@ -48,6 +48,7 @@ class DriverBase : public APrinter {
   // For tests and the host: the context of the open port (null until INIT_PRINTER).
   PortContext* Context() const { return portContext; }
   const void* ConfigBlock() const { return config_; }
+  std::size_t ConfigSize() const { return configSize_; }
 
  protected:
   // --- configuration ---
@@ -63,6 +64,7 @@ class DriverBase : public APrinter {
     }
     configBlocks_.push_back(memory);
     config_ = memory;
+    configSize_ = sizeof(Config);
     return new (memory) Config();
   }
   template <class Config>
@@ -103,6 +105,9 @@ class DriverBase : public APrinter {
 
   // Model commands the generic renderers call.
   virtual PrinterResult SelectFont(const TextAttributes& attributes);
+  // The rotation of text and logos (ESC { upside-down here); printers that cannot turn
+  // what they print send nothing.
+  virtual PrinterResult SelectRotation(int rotation);
   virtual PrinterResult CutCommand();
   virtual PrinterResult PrintLogoImage(const std::vector<std::uint8_t>& bmp);
   // Text in the printer's code page (models that switch code pages override this).
@@ -160,6 +165,7 @@ class DriverBase : public APrinter {
   IXMLDOMNodePtr NextSibling(IXMLDOMNodePtr node, const wchar_t* name) const;
 
   void* config_ = nullptr;
+  std::size_t configSize_ = 0;
 
  private:
   std::vector<void*> configBlocks_;

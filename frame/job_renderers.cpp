@@ -24,6 +24,7 @@ bool DriverBase::PrintField(int fieldType, IXMLDOMNodePtr node) {
 // --- model commands: neutral defaults ---
 
 PrinterResult DriverBase::SelectFont(const TextAttributes&) { return kSuccess; }
+PrinterResult DriverBase::SelectRotation(int rotation) { return SetRotation(Port(), rotation, false); }
 PrinterResult DriverBase::CutCommand() { return kSuccess; }
 PrinterResult DriverBase::PrintLogoImage(const std::vector<std::uint8_t>& bmp) {
   return PrintBitmap(Port(), bmp, false, 0);
@@ -75,7 +76,7 @@ bool DriverBase::ApplyTextAttributes(IXMLDOMNodePtr node, bool withOffsets) {
     if (AttributeSet(node, L"OffsetX", value) && WriteSpaces(Port(), AtoiText(value)) != kSuccess) return false;
   }
   TextAttributes attributes = ReadTextAttributes(node);
-  if (SetRotation(Port(), attributes.rotation, false) != kSuccess) return false;
+  if (SelectRotation(attributes.rotation) != kSuccess) return false;
   return SelectFont(attributes) == kSuccess;
 }
 
@@ -154,7 +155,7 @@ bool DriverBase::FieldLogo(IXMLDOMNodePtr node) {
   Attribute(node, L"FileName", fileName);
   Attribute(node, L"Rotation", rotation);
   ResetPrintMode(Port());
-  SetRotation(Port(), LookupRotation(rotation.c_str()), false);
+  SelectRotation(LookupRotation(rotation.c_str()));
   std::vector<std::uint8_t> bmp;
   PrinterResult loaded = LoadLogo(fileName, bmp);
   if (loaded != kSuccess) return Fail(loaded, kErrLogoPrint);

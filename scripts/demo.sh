@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup-debian.sh
 
-cmake -S . -B build -G Ninja -DPOSPRINT_TESTS=OFF >/dev/null
+cmake -S . -B build -G Ninja >/dev/null
 cmake --build build -j"$(nproc 2>/dev/null || echo 2)" --target posprint posprint_drivers
 mkdir -p out
 

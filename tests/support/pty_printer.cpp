@@ -141,6 +141,15 @@ void PtyPrinter::Loop() {
     }
     Flush();
   }
+  // What the host wrote just before it exited may still be on the line: take it too, so
+  // that a test which stops the printer right after the host ends sees every byte.
+  for (;;) {
+    pollfd fd = {master_, POLLIN, 0};
+    if (::poll(&fd, 1, 0) <= 0 || !(fd.revents & POLLIN)) break;
+    const ssize_t n = ::read(master_, buffer, sizeof buffer);
+    if (n <= 0) break;
+    Take(buffer, static_cast<std::size_t>(n));
+  }
 }
 
 }  // namespace posprint::test

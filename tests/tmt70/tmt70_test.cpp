@@ -1,4 +1,5 @@
 // The TMT70, the reference receipt printer: exact bytes of every command and field.
+#include <unistd.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -271,7 +272,7 @@ TEST_F(Tmt70, BarcodeAttributesAndErrors) {
 class Tmt70Logo : public Tmt70 {
  protected:
   void SetUp() override {
-    directory = ::testing::TempDir() + "tmt70_logos";
+    directory = ::testing::TempDir() + "tmt70_logos_" + std::to_string(::getpid());
     std::string command = "mkdir -p '" + directory + "'";
     ASSERT_EQ(std::system(command.c_str()), 0);
     posprint::SetLogoDirectory(directory);

@@ -1,6 +1,7 @@
 // Text layout on the label. The printer does not flow text: each piece of a line is a
 // field placed at the cursor, and the layout moves the cursor in whole character cells
 // (character width + gap) and whole lines (character height + line gap).
+#include <algorithm>
 #include <cstdio>
 #include <string>
 

@@ -13,7 +13,7 @@ namespace posprint::bench {
 namespace {
 
 void RunCheck(benchmark::State& state, const Model& model) {
-  PtyLine line(0, model.paper == Paper::kLabel ? Protocol::kZpl : Protocol::kEscPos);
+  PtyLine line(0, model.answers);
   std::string error;
   if (!line.Start(&error)) {
     state.SkipWithError(error.c_str());

@@ -77,6 +77,11 @@ void RunField(benchmark::State& state, const Model& model, BenchJob* job, std::s
 
 }  // namespace
 
+FakeClock& BenchClock() {
+  static FakeClock clock;
+  return clock;
+}
+
 namespace {
 std::vector<benchmark::internal::Benchmark*>& Registered() {
   static std::vector<benchmark::internal::Benchmark*> all;

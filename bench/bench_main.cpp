@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "bench_counters.h"
 #include "mem_port.h"
 #include "memory_files.h"
 #include "models.h"
@@ -23,6 +24,7 @@ int main(int argc, char** argv) {
   posprint::SetLogoDirectory(BenchDirectory());
   static MemoryFiles files;
   posprint::SetTerminalFileSource(&files);
+  posprint::SetClock(&BenchClock());
 
   RegisterDriverBenchmarks();
   RegisterLogoBenchmarks();

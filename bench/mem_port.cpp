@@ -1,6 +1,8 @@
 #include "mem_port.h"
 
+#include <algorithm>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -26,29 +28,24 @@ Line& TheLine() {
   return line;
 }
 
-// The three strings a ready ZPL printer sends for ~HS: two of 36 bytes framed by STX and
-// ETX CR LF, and a third of 10 bytes.
-constexpr char kZplAnswer[] =
-    "\x02" "030,0,0,0560,000,0,0,0,000,0,0,0" "\x03\r\n"
-    "\x02" "000,0,0,0,0,2,4,0,00000000,1,000" "\x03\r\n"
-    "\x02" "1234,0" "\x03\r\n";
+std::map<std::string, const PrinterAnswers*>& AnswerTables() {
+  static std::map<std::string, const PrinterAnswers*> tables;
+  return tables;
+}
 
 class MemoryBackend : public PortBackend {
  public:
-  explicit MemoryBackend(bool zpl) : zpl_(zpl) {}
+  explicit MemoryBackend(const PrinterAnswers* answers) : answers_(answers) {}
 
+  // An answer is one burst: a read takes what it asks for of it, the rest stays for the
+  // next read.
   int Read(char* buffer, int count, int) override {
-    if (pendingLength_ == 0 || count <= 0) return 0;
-    // One answer string a read, as a printer's burst followed by a quiet line.
-    std::size_t take = pendingLength_;
-    if (zpl_) {
-      const void* lf = std::memchr(pending_, '\n', pendingLength_);
-      if (lf) take = static_cast<std::size_t>(static_cast<const char*>(lf) - pending_) + 1;
-    }
-    if (take > static_cast<std::size_t>(count)) take = static_cast<std::size_t>(count);
-    std::memcpy(buffer, pending_, take);
-    pending_ += take;
-    pendingLength_ -= take;
+    if (!pending_ || count <= 0) return 0;
+    const std::size_t left = pending_->size() - taken_;
+    const std::size_t take = std::min(left, static_cast<std::size_t>(count));
+    std::memcpy(buffer, pending_->data() + taken_, take);
+    taken_ += take;
+    if (taken_ == pending_->size()) pending_ = nullptr;
     return static_cast<int>(take);
   }
 
@@ -65,43 +62,29 @@ class MemoryBackend : public PortBackend {
     }
     line.totals.bytes += n;
     ++line.totals.writes;
-    Answer(bytes, n);
+    // A request goes out in one write: the printer answers when a write ends with one.
+    if (answers_ && n <= kLongestRequest && AnswerOnLine(*answers_, std::string_view(bytes, n), answer_)) {
+      pending_ = &answer_;
+      taken_ = 0;
+    }
     return count;
   }
 
   int Purge() override {
-    const int discarded = static_cast<int>(pendingLength_);
-    pendingLength_ = 0;
+    const int discarded = pending_ ? static_cast<int>(pending_->size() - taken_) : 0;
+    pending_ = nullptr;
     return discarded;
   }
 
   bool Close() override { return true; }
 
  private:
-  // A status request gets its fixed answer; anything else gets none.
-  void Answer(const char* bytes, std::size_t n) {
-    if (zpl_) {
-      if (n >= 3 && std::memcmp(bytes + n - 3, "~HS", 3) == 0) {
-        pending_ = kZplAnswer;
-        pendingLength_ = sizeof kZplAnswer - 1;
-      }
-      return;
-    }
-    // DLE EOT n, DLE ENQ n, ESC v, GS r n, GS a ...: the ESC/POS real-time and
-    // transmit-status requests are short and start with DLE, ESC v or GS r.
-    const unsigned char first = static_cast<unsigned char>(bytes[0]);
-    const bool request = n <= 4 && (first == 0x10 || (n >= 2 && ((first == 0x1B && bytes[1] == 'v') ||
-                                                                   (first == 0x1D && bytes[1] == 'r'))));
-    if (request) {
-      pending_ = kReady;
-      pendingLength_ = 1;
-    }
-  }
-
-  static constexpr char kReady[] = "\x12";
-  bool zpl_;
-  const char* pending_ = nullptr;
-  std::size_t pendingLength_ = 0;
+  // Status requests are short; longer writes are print data.
+  static constexpr std::size_t kLongestRequest = 8;
+  const PrinterAnswers* answers_;
+  std::string answer_;  // its storage is reused: answers are short
+  const std::string* pending_ = nullptr;
+  std::size_t taken_ = 0;
 };
 
 }  // namespace
@@ -111,10 +94,13 @@ void RegisterMemoryPort() {
   if (registered) return;
   registered = true;
   RegisterPortKind("mem:", [](const std::string& rest) -> std::unique_ptr<PortBackend> {
-    if (rest.empty()) return std::make_unique<MemoryBackend>(false);
-    if (rest == "zpl") return std::make_unique<MemoryBackend>(true);
-    return nullptr;
+    auto it = AnswerTables().find(rest);
+    return std::make_unique<MemoryBackend>(it == AnswerTables().end() ? nullptr : it->second);
   });
+}
+
+void SetMemoryPrinterAnswers(const std::string& name, const PrinterAnswers* answers) {
+  AnswerTables()[name] = answers;
 }
 
 MemoryLine MemoryPortTotals() { return TheLine().totals; }

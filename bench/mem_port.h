@@ -5,19 +5,23 @@
 // requests from fixed answers, so that the port costs no allocation and next to no time:
 // what a benchmark measures is the driver.
 //
-//   "mem:"      an ESC/POS printer that is ready: every status request (DLE EOT n, ESC v,
-//               GS r ...) is answered with one byte, 0x12 (online, nothing wrong)
-//   "mem:zpl"   a ZPL printer: "~HS" is answered with the three strings of a ready printer
+//   "mem:NAME"  a printer that answers its status requests as a ready printer of the
+//               answer table registered under NAME does (printer_answers.h)
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
+
+#include "printer_answers.h"
 
 namespace posprint::bench {
 
 // Registers the "mem:" port kind (once; later calls do nothing).
 void RegisterMemoryPort();
+// The answers of the printer behind "mem:NAME" (kept; register before opening).
+void SetMemoryPrinterAnswers(const std::string& name, const PrinterAnswers* answers);
 
 // What the open memory ports received since the last Reset: the byte count, the write
 // count, and the last bytes (up to the buffer size; the buffer starts again from its

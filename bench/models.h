@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "bench_job.h"
+#include "printer_answers.h"
 
 namespace posprint::bench {
 
@@ -15,8 +16,9 @@ struct Model {
   std::string name;          // as `posprint run --model` takes it
   Factory factory;           // null: not built yet
   Paper paper;               // which reference job it prints: the receipt or the label
-  std::wstring memoryPort;   // "mem:" (ESC/POS answers) or "mem:zpl"
   Parameters parameters;     // so that the reference job prints as described, and no more
+  PrinterAnswers answers;    // what the model's printer answers when it is ready
+  std::wstring memoryPort;   // "mem:NAME": a memory port answering as above
 };
 
 // Every row, built or not.

@@ -13,12 +13,8 @@
 namespace posprint::bench {
 namespace {
 
-// The answers a ready printer gives.
-constexpr char kEscPosReady[] = "\x12";
-constexpr char kZplReady[] =
-    "\x02" "030,0,0,0560,000,0,0,0,000,0,0,0" "\x03\r\n"
-    "\x02" "000,0,0,0,0,2,4,0,00000000,1,000" "\x03\r\n"
-    "\x02" "1234,0" "\x03\r\n";
+// Longer than any status request.
+constexpr std::size_t kTailBytes = 16;
 
 void SleepUntil(PtyLine::Clock::time_point when) {
   const auto since = when.time_since_epoch();
@@ -41,7 +37,7 @@ void WriteAll(int fd, const char* bytes, std::size_t count) {
 
 }  // namespace
 
-PtyLine::PtyLine(long baud, Protocol protocol) : baud_(baud), protocol_(protocol) {}
+PtyLine::PtyLine(long baud, const PrinterAnswers& answers) : baud_(baud), answers_(answers) {}
 
 PtyLine::~PtyLine() { Stop(); }
 
@@ -103,14 +99,12 @@ bool PtyLine::WaitForBytes(std::uint64_t count, int quietMs) const {
 }
 
 void PtyLine::Answer(unsigned char byte) {
-  tail_[0] = tail_[1];
-  tail_[1] = tail_[2];
-  tail_[2] = byte;
-  // DLE EOT n: real-time status transmission, answered whatever n asks for.
-  if (protocol_ == Protocol::kEscPos && tail_[0] == 0x10 && tail_[1] == 0x04) {
-    WriteAll(master_, kEscPosReady, sizeof kEscPosReady - 1);
-  } else if (protocol_ == Protocol::kZpl && tail_[0] == '~' && tail_[1] == 'H' && tail_[2] == 'S') {
-    WriteAll(master_, kZplReady, sizeof kZplReady - 1);
+  if (tail_.size() == kTailBytes) tail_.erase(0, 1);
+  tail_ += static_cast<char>(byte);
+  std::string answer;
+  if (AnswerOnLine(answers_, tail_, answer)) {
+    WriteAll(master_, answer.data(), answer.size());
+    tail_.clear();  // a request is answered once
   }
 }
 

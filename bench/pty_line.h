@@ -16,18 +16,16 @@
 #include <string>
 #include <thread>
 
-namespace posprint::bench {
+#include "printer_answers.h"
 
-enum class Protocol {
-  kEscPos,  // DLE EOT n: one status byte, 0x12 (online, paper present, cover closed)
-  kZpl,     // ~HS: the three status strings of a ready printer
-};
+namespace posprint::bench {
 
 class PtyLine {
  public:
   using Clock = std::chrono::steady_clock;
 
-  PtyLine(long baud, Protocol protocol);
+  // answers: what the printer answers to each status request (kept by the caller).
+  PtyLine(long baud, const PrinterAnswers& answers);
   ~PtyLine();
   PtyLine(const PtyLine&) = delete;
   PtyLine& operator=(const PtyLine&) = delete;
@@ -48,7 +46,7 @@ class PtyLine {
   void Answer(unsigned char byte);
 
   long baud_;
-  Protocol protocol_;
+  const PrinterAnswers& answers_;
   int master_ = -1;
   int slave_ = -1;  // kept open, so the driver's close never hangs the line up
   int wake_[2] = {-1, -1};
@@ -59,7 +57,7 @@ class PtyLine {
   mutable std::mutex mutex_;
   Clock::time_point lastByte_{};
   // The last bytes received, to recognise a request.
-  unsigned char tail_[3] = {0, 0, 0};
+  std::string tail_;
 };
 
 }  // namespace posprint::bench

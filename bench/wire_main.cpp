@@ -73,7 +73,7 @@ struct HostRun {
 
 bool RunHost(const Model& model, const std::string& jobPath, long baud, std::uint64_t expected, HostRun& out,
              std::string* error) {
-  PtyLine line(baud, model.paper == Paper::kLabel ? Protocol::kZpl : Protocol::kEscPos);
+  PtyLine line(baud, model.answers);
   if (!line.Start(error)) return false;
   std::vector<std::string> args = {POSPRINT_HOST_PATH, "run", "--model", model.name, "--port",
                                    line.SlaveName() + "@" + std::to_string(baud), "--logo-dir", BenchDirectory()};

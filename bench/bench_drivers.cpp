@@ -105,7 +105,9 @@ void RegisterDriverBenchmarks() {
     BenchJob* fields = LoadJob("fields.xml");
     if (fields) {
       for (std::size_t i = 0; i < fields->Ticket().size(); ++i) {
-        const std::string name = "field/" + model.name + "/" + fields->Ticket()[i].label.substr(9);
+        std::string field = fields->Ticket()[i].label.substr(9);  // after "NEWPRINT "
+        for (char& c : field) c = c == ' ' ? '_' : c;
+        const std::string name = "field/" + model.name + "/" + field;
         Remember(benchmark::RegisterBenchmark(name.c_str(), [&model, fields, i](benchmark::State& state) {
           RunField(state, model, fields, i);
         }))->Unit(benchmark::kNanosecond);

@@ -36,7 +36,11 @@ bool BenchJob::Collect(std::string* error) {
     }
     step.node = parser_.GetFirstChild(command);
     step.label = step.command.ToUtf8();
-    if (!step.node.IsNull()) step.label += " " + parser_.GetName(step.node).ToUtf8();
+    if (!step.node.IsNull()) {
+      step.label += " " + parser_.GetName(step.node).ToUtf8();
+      Nx_Stringa type;  // BARCODE CODE128 and BARCODE QR_CODE are two rows
+      if (parser_.GetAttributeValue(step.node, L"Type", type)) step.label += " " + type.ToUtf8();
+    }
     if (IsSessionOpening(step.command)) {
       opening_.push_back(std::move(step));
     } else if (IsSessionClosing(step.command)) {

@@ -82,6 +82,11 @@ PtyLine::Clock::time_point PtyLine::LastByteTime() const {
   return lastByte_;
 }
 
+std::vector<PtyLine::Interval> PtyLine::BusyIntervals() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return busy_;
+}
+
 bool PtyLine::WaitForBytes(std::uint64_t count, int quietMs) const {
   std::uint64_t seen = received_.load();
   auto quietSince = Clock::now();
@@ -131,11 +136,17 @@ void PtyLine::Loop() {
     const ssize_t n = ::read(master_, buffer, std::min(chunk, sizeof buffer));
     if (n < 0 && (errno == EINTR || errno == EAGAIN)) continue;
     if (n <= 0) break;
+    const Clock::time_point chunkStart = wireFree;
     wireFree += byteTime * n;
     if (baud_ > 0) SleepUntil(wireFree);
     {
       std::lock_guard<std::mutex> lock(mutex_);
       lastByte_ = baud_ > 0 ? wireFree : Clock::now();
+      if (!busy_.empty() && chunkStart <= busy_.back().second) {
+        busy_.back().second = wireFree;
+      } else {
+        busy_.emplace_back(chunkStart, wireFree);
+      }
     }
     for (ssize_t i = 0; i < n; ++i) Answer(static_cast<unsigned char>(buffer[i]));
     received_ += static_cast<std::uint64_t>(n);

@@ -15,6 +15,8 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "printer_answers.h"
 
@@ -38,6 +40,9 @@ class PtyLine {
   std::uint64_t Received() const { return received_.load(); }
   // When the last byte received so far had crossed the line.
   Clock::time_point LastByteTime() const;
+  // The spells when the line was carrying bytes (merged where they touch), in order.
+  using Interval = std::pair<Clock::time_point, Clock::time_point>;
+  std::vector<Interval> BusyIntervals() const;
   // Waits until `count` bytes were received or the line stayed quiet for quietMs.
   bool WaitForBytes(std::uint64_t count, int quietMs) const;
 
@@ -56,6 +61,7 @@ class PtyLine {
   std::atomic<std::uint64_t> received_{0};
   mutable std::mutex mutex_;
   Clock::time_point lastByte_{};
+  std::vector<Interval> busy_;
   // The last bytes received, to recognise a request.
   std::string tail_;
 };

@@ -62,7 +62,9 @@ class PreviewWriter {
     while (written_ < printer_.FinishedPages()) {
       char name[64];
       std::snprintf(name, sizeof name, "/%s-%04d.png", kind_, written_ + 1);
-      Save(printer_.Page(written_), directory_ + name);
+      // Each ticket (up to its cut) or label (up to ^XZ) is announced as it comes out.
+      if (directory_.empty()) Log(std::string(kind_) + " " + std::to_string(written_ + 1) + " printed");
+      else Save(printer_.Page(written_), directory_ + name);
       ++written_;
     }
     while (notesShown_ < printer_.PrinterNotes().List().size()) Log("note: " + printer_.PrinterNotes().List()[notesShown_++]);

@@ -95,8 +95,12 @@ bool DriverBase::ExecuteCommand(Nx_XMLParser* xmlParser, const Nx_Stringa& comma
       result = StopPrint();
       break;
     case kCmdNewPrint: {
-      Nx_Stringa name = parser ? parser->GetName(node) : Nx_Stringa();
-      result = PrintField(LookupFieldType(name.c_str()), node);
+      if (parser) {
+        parser->GetName(node, elementName_);
+      } else {
+        elementName_.Assign(L"");
+      }
+      result = PrintField(LookupFieldType(elementName_.c_str()), node);
       break;
     }
     default:
@@ -198,6 +202,24 @@ Nx_Stringa DriverBase::Text(IXMLDOMNodePtr node) const { return parser ? parser-
 
 Nx_Stringa DriverBase::NodeName(IXMLDOMNodePtr node) const {
   return parser ? parser->GetName(node) : Nx_Stringa();
+}
+
+const Nx_Stringa& DriverBase::ElementText(IXMLDOMNodePtr node) {
+  if (parser) {
+    parser->GetText(node, elementText_);
+  } else {
+    elementText_.Assign(L"");
+  }
+  return elementText_;
+}
+
+bool DriverBase::NodeNameIs(IXMLDOMNodePtr node, const wchar_t* name) {
+  if (parser) {
+    parser->GetName(node, elementName_);
+  } else {
+    elementName_.Assign(L"");
+  }
+  return elementName_ == name;
 }
 
 IXMLDOMNodePtr DriverBase::FirstChild(IXMLDOMNodePtr node, const wchar_t* name) const {

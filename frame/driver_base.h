@@ -156,6 +156,11 @@ class DriverBase : public APrinter {
   bool AttributeSet(IXMLDOMNodePtr node, const wchar_t* name, Nx_Stringa& value) const;
   Nx_Stringa Text(IXMLDOMNodePtr node) const;
   Nx_Stringa NodeName(IXMLDOMNodePtr node) const;
+  // The element's text in a string the driver keeps, valid until the next call: for text
+  // that is converted for the printer at once, without an allocation a field.
+  const Nx_Stringa& ElementText(IXMLDOMNodePtr node);
+  // The element's name, as written, is exactly `name`.
+  bool NodeNameIs(IXMLDOMNodePtr node, const wchar_t* name);
   IXMLDOMNodePtr FirstChild(IXMLDOMNodePtr node, const wchar_t* name) const;
   IXMLDOMNodePtr NextSibling(IXMLDOMNodePtr node, const wchar_t* name) const;
 
@@ -164,4 +169,7 @@ class DriverBase : public APrinter {
 
  private:
   std::vector<void*> configBlocks_;
+  // Kept from field to field so that their storage is reused.
+  Nx_Stringa elementName_;
+  Nx_Stringa elementText_;
 };

@@ -136,7 +136,7 @@ bool DriverBase::FieldBarcode(IXMLDOMNodePtr node) {
   SetRotation(Port(), kRotation0, true);  // a barcode is never printed turned
   ResetPrintMode(Port());
   BarcodeAttributes barcode = ReadBarcodeAttributes(node, 8);  // millimetres at 8 dots/mm
-  std::string data = PrinterText(Text(node));
+  std::string data = PrinterText(ElementText(node));
   PrinterResult result = PrintBarcodeWithText(Port(), data, barcode.type, barcode.height, barcode.moduleWidth,
                                               barcode.textPosition);
   return result == kSuccess || Fail(result, kErrBarcode);
@@ -175,7 +175,7 @@ bool DriverBase::FieldSingleField(IXMLDOMNodePtr node) {
   if (IsSideAlignment(alignment)) return RenderDoubleField(node);
   if (!ApplyTextAttributes(node, false)) return Fail(kErrTextAttributes, kErrTextAttributes);
   for (IXMLDOMNodePtr field = FirstChild(node, L"Field"); !field.IsNull(); field = NextSibling(field, L"Field")) {
-    if (PrintTextLine(PrinterText(Text(field))) != kSuccess) return Fail(kErrTextLine, kErrTextLine);
+    if (PrintTextLine(PrinterText(ElementText(field))) != kSuccess) return Fail(kErrTextLine, kErrTextLine);
   }
   return true;
 }
@@ -194,10 +194,10 @@ bool DriverBase::RenderDoubleField(IXMLDOMNodePtr node) {
 
   // Only an element written exactly "SingleField" prints its Field children here; the
   // test keeps case, so "SINGLEFIELD" looks for LeftField children and prints nothing.
-  if (NodeName(node) == L"SingleField") {
+  if (NodeNameIs(node, L"SingleField")) {
     int alignment = AttributeSet(node, L"Justify", value) ? LookupAlignment(value.c_str()) : kAlignLeft;
     for (IXMLDOMNodePtr field = FirstChild(node, L"Field"); !field.IsNull(); field = NextSibling(field, L"Field")) {
-      std::string text = PrinterText(Text(field));
+      std::string text = PrinterText(ElementText(field));
       PrinterResult result = alignment == kAlignLeft ? PrintTwoColumns(margin, 0, text, "", fill)
                                                      : PrintTwoColumns(margin, 0, "", text, fill);
       if (result != kSuccess) return Fail(kErrTextLine, kErrTextLine);
@@ -214,8 +214,8 @@ bool DriverBase::RenderDoubleField(IXMLDOMNodePtr node) {
   for (IXMLDOMNodePtr left = FirstChild(node, L"LeftField"); !left.IsNull();) {
     IXMLDOMNodePtr right = NextSibling(left, L"RightField");
     if (right.IsNull()) return Fail(kErrNoRightField, kErrNoRightField);
-    std::string leftText = PrinterText(Text(left));
-    std::string rightText = PrinterText(Text(right));
+    std::string leftText = PrinterText(ElementText(left));
+    std::string rightText = PrinterText(ElementText(right));
     PrinterResult result = sideMargins ? PrintTwoColumns(marginLeft, marginRight, leftText, rightText, fill)
                                        : PrintTwoColumns(margin, 0, leftText, rightText, fill);
     if (result != kSuccess) return Fail(kErrTextLine, kErrTextLine);
@@ -231,7 +231,7 @@ bool DriverBase::FieldMobileField(IXMLDOMNodePtr node) {
   int alignment = LookupAlignment(value.c_str());
   if (!ApplyTextAttributes(node, true)) return Fail(kErrTextAttributes, kErrTextAttributes);
   for (IXMLDOMNodePtr field = FirstChild(node, L"Field"); !field.IsNull(); field = NextSibling(field, L"Field")) {
-    if (PrintAlignedText(alignment, PrinterText(Text(field))) != kSuccess) return Fail(kErrTextLine, kErrTextLine);
+    if (PrintAlignedText(alignment, PrinterText(ElementText(field))) != kSuccess) return Fail(kErrTextLine, kErrTextLine);
   }
   return true;
 }
@@ -253,6 +253,6 @@ bool DriverBase::FieldMobileBarcode(IXMLDOMNodePtr node) {
   int alignment = LookupAlignment(value.c_str());
   if (SetBarcodeStyle(Port(), barcode.textPosition, height, barcode.moduleWidth) != kSuccess)
     return Fail(kFailure, kErrBarcode);
-  PrinterResult result = PrintBarcode(Port(), PrinterText(Text(node)), barcode.type, alignment);
+  PrinterResult result = PrintBarcode(Port(), PrinterText(ElementText(node)), barcode.type, alignment);
   return result == kSuccess || Fail(result, kErrBarcode);
 }

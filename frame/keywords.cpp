@@ -5,39 +5,54 @@
 #include <utility>
 #include <vector>
 
-#include "platform/om_map.h"
-
 namespace {
 
 using Row = std::pair<const wchar_t*, int>;
 
-// A process-wide table, filled on first use by inserting its rows in order.
+// A process-wide table of keywords and their codes, marked built on first use (the
+// command table also by every driver's constructor).
+//
+// The rows are few (a dozen at most) and every field of a ticket looks several words up,
+// so a lookup scans the rows comparing the word as it stands, upper-cased character by
+// character on the way: no copy of the word, no allocation, no tree of strings.
 class KeywordTable {
  public:
   KeywordTable(std::initializer_list<Row> rows, bool upperCase, bool hasEmptyDefault, int fallback)
       : rows_(rows), upperCase_(upperCase), hasEmptyDefault_(hasEmptyDefault), fallback_(fallback) {}
 
-  void Build() {
-    for (const Row& row : rows_) map_.add(Nx_Stringa(row.first), row.second);
-    built_ = true;
-  }
+  void Build() { built_ = true; }
 
   int Lookup(const wchar_t* word) {
-    Nx_Stringa key(word);
-    if (hasEmptyDefault_ && key.IsEmpty()) return fallback_;
-    if (upperCase_) key.ToUpper();
+    if (!word) word = L"";
+    if (hasEmptyDefault_ && *word == 0) return fallback_;
     if (!built_) Build();
-    int code = map_[key];  // an absent key reads as 0
+    int code = 0;  // an absent key reads as 0
+    for (const Row& row : rows_) {
+      if (Matches(row.first, word)) {
+        code = row.second;
+        break;
+      }
+    }
     return code == 0 ? fallback_ : code;
   }
 
  private:
+  // The keywords are upper-case ASCII. Upper-casing (Nx_Stringa::ToUpper) never turns a
+  // character outside ASCII into one inside it, so such a character matches no keyword.
+  bool Matches(const wchar_t* keyword, const wchar_t* word) const {
+    for (;; ++keyword, ++word) {
+      wchar_t c = *word;
+      if (upperCase_ && c >= L'a' && c <= L'z') c = static_cast<wchar_t>(c - 0x20);
+      if (c != *keyword) return false;
+      if (c == 0) return true;
+    }
+  }
+
   std::vector<Row> rows_;
   bool upperCase_;
   bool hasEmptyDefault_;
   int fallback_;
   bool built_ = false;
-  OMMap<Nx_Stringa, int> map_;
 };
 
 KeywordTable& Commands() {

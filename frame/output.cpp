@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "frame/command_format.h"
 #include "frame/keywords.h"
 #include "frame/output_limits.h"
 #include "platform/otool.h"
@@ -47,7 +48,7 @@ PrinterResult WriteFormatted(int handle, const char* format, ...) {
   char buffer[kOutputBufferChars + 1];
   va_list args;
   va_start(args, format);
-  const int length = std::vsnprintf(buffer, sizeof buffer, format, args);
+  const int length = FormatCommandV(buffer, sizeof buffer, format, args);
   va_end(args);
   // Longer than the buffer: refused whole, never split or cut.
   if (length < 0 || length > kOutputBufferChars) return kFailure;

@@ -1,6 +1,7 @@
 // Diagnostics that the host reports to its user alongside a command's result.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 namespace posprint {
@@ -14,5 +15,11 @@ struct Substitution {
 void NoteSubstitution(wchar_t character, int codePage);
 // Hands out (and forgets) the substitutions noted on this thread since the last call.
 std::vector<Substitution> TakeSubstitutions();
+
+// Called by otool_WRITE with the count of every write the port accepted (any port).
+void NoteBytesWritten(int count);
+// Bytes the ports of this process have accepted since it started; a host shows the
+// difference between two readings as its progress.
+std::uint64_t BytesWritten();
 
 }  // namespace posprint

@@ -51,7 +51,10 @@ std::string LocalPath(const std::string& terminalPath) {
   return directory + "/" + rest;
 }
 
-FileReadResult ReadTerminalFile(const std::string& terminalPath, std::vector<std::uint8_t>& bytes) {
+namespace {
+TerminalFileSource* installedSource = nullptr;
+
+FileReadResult ReadLocalFile(const std::string& terminalPath, std::vector<std::uint8_t>& bytes) {
   const std::string path = LocalPath(terminalPath);
   struct stat info {};
   if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return FileReadResult::kCannotOpen;
@@ -70,6 +73,13 @@ FileReadResult ReadTerminalFile(const std::string& terminalPath, std::vector<std
   const std::size_t got = std::fread(bytes.data(), 1, bytes.size(), file.get());
   bytes.resize(got);
   return FileReadResult::kOk;
+}
+}  // namespace
+
+void SetTerminalFileSource(TerminalFileSource* source) { installedSource = source; }
+
+FileReadResult ReadTerminalFile(const std::string& terminalPath, std::vector<std::uint8_t>& bytes) {
+  return installedSource ? installedSource->Read(terminalPath, bytes) : ReadLocalFile(terminalPath, bytes);
 }
 
 }  // namespace posprint

@@ -19,7 +19,18 @@ const std::string& LogoDirectory();
 std::string LocalPath(const std::string& terminalPath);
 
 enum class FileReadResult { kOk, kCannotOpen, kNoMemory };
-// Reads a whole file named by its terminal path.
+// Reads a whole file named by its terminal path (through the installed source, below).
 FileReadResult ReadTerminalFile(const std::string& terminalPath, std::vector<std::uint8_t>& bytes);
+
+// Where the terminal's files come from: the local file system under LogoDirectory(),
+// unless a host keeps its logos elsewhere (read once into memory, in a package) and
+// installs a source of its own.
+class TerminalFileSource {
+ public:
+  virtual ~TerminalFileSource() = default;
+  virtual FileReadResult Read(const std::string& terminalPath, std::vector<std::uint8_t>& bytes) = 0;
+};
+// Installs source (not owned); nullptr goes back to the file system.
+void SetTerminalFileSource(TerminalFileSource* source);
 
 }  // namespace posprint

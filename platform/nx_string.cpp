@@ -76,14 +76,21 @@ wchar_t UpperOf(wchar_t ch) {
 }  // namespace
 
 Nx_Stringa Nx_Stringa::FromUtf8(std::string_view utf8) {
-  std::wstring text;
-  text.reserve(utf8.size());
+  Nx_Stringa text;
+  text.AssignUtf8(utf8);
+  return text;
+}
+
+void Nx_Stringa::AssignUtf8(std::string_view utf8) {
+  // A wide string never has more characters than its UTF-8 form has bytes.
+  text_.resize(utf8.size());
+  std::size_t length = 0;
   for (std::size_t i = 0; i < utf8.size();) {
     wchar_t ch;
     i += DecodeOne(utf8, i, ch);
-    text += ch;
+    text_[length++] = ch;
   }
-  return Nx_Stringa(std::move(text));
+  text_.resize(length);
 }
 
 std::string Nx_Stringa::ToUtf8() const {
@@ -97,6 +104,8 @@ void Nx_Stringa::ToUpper() {
   for (wchar_t& ch : text_) ch = UpperOf(ch);
 }
 
+wchar_t Nx_Stringa::UpperChar(wchar_t ch) { return UpperOf(ch); }
+
 Nx_Stringa Nx_Stringa::Upper() const {
   Nx_Stringa copy(*this);
   copy.ToUpper();
@@ -107,7 +116,9 @@ std::string Nx_Stringa::GetAscii(int codePage) const {
   std::string out;
   out.reserve(text_.size());
   for (wchar_t ch : text_) {
-    if (CodepageTranslator::CanEncode(codePage, ch)) {
+    if (ch >= 0 && ch < 0x80) {
+      out += static_cast<char>(ch);  // ASCII is the same in every code page
+    } else if (CodepageTranslator::CanEncode(codePage, ch)) {
       out += CodepageTranslator::Encode(codePage, ch);
     } else {
       out += '?';

@@ -13,6 +13,9 @@ class Nx_Stringa {
 
   // Text from the outside world (XML, command line) arrives as UTF-8.
   static Nx_Stringa FromUtf8(std::string_view utf8);
+  // The same into this string, reusing its storage: no allocation once it is large enough.
+  void AssignUtf8(std::string_view utf8);
+  void Assign(const wchar_t* text) { text_.assign(text ? text : L""); }
   std::string ToUtf8() const;
 
   const wchar_t* c_str() const { return text_.c_str(); }
@@ -29,6 +32,7 @@ class Nx_Stringa {
 
   // Upper-cases ASCII and Latin-1 letters in place (the keyword tables are upper case).
   void ToUpper();
+  static wchar_t UpperChar(wchar_t ch);
   Nx_Stringa Upper() const;
 
   // 8-bit text in a framework code page (CodepageTranslator); characters the code page

@@ -22,16 +22,26 @@ pugi::xml_node NodeOf(IXMLDOMNodePtr handle) {
 
 IXMLDOMNodePtr HandleOf(pugi::xml_node node) { return IXMLDOMNodePtr(node ? node.internal_object() : nullptr); }
 
-bool NameMatches(pugi::xml_node node, const std::string* name) {
-  return node.type() == pugi::node_element && (!name || *name == node.name());
+// A name as the document holds it (UTF-8) against a name as the drivers write it (wide),
+// without converting either: the drivers' element and attribute names are ASCII, and
+// they are looked up many times for every ticket.
+bool SameName(const char* utf8, const wchar_t* wide) {
+  for (;; ++utf8, ++wide) {
+    const wchar_t w = *wide;
+    if (w >= 0x80) return Nx_Stringa(wide).ToUtf8() == utf8;  // the rest, converted
+    if (static_cast<unsigned char>(*utf8) != static_cast<unsigned>(w)) return false;
+    if (w == 0) return true;
+  }
+}
+
+bool NameMatches(pugi::xml_node node, const wchar_t* name) {
+  return node.type() == pugi::node_element && (!name || SameName(node.name(), name));
 }
 
 // The first element at or after node (in sibling order) that matches.
 IXMLDOMNodePtr FirstMatching(pugi::xml_node node, const wchar_t* name) {
-  std::string wanted;
-  if (name) wanted = Nx_Stringa(name).ToUtf8();
   for (; node; node = node.next_sibling()) {
-    if (NameMatches(node, name ? &wanted : nullptr)) return HandleOf(node);
+    if (NameMatches(node, name)) return HandleOf(node);
   }
   return IXMLDOMNodePtr();
 }
@@ -109,12 +119,24 @@ Nx_Stringa Nx_XMLParser::GetText(IXMLDOMNodePtr node) const {
   return Nx_Stringa::FromUtf8(NodeOf(node).text().get());
 }
 
+void Nx_XMLParser::GetName(IXMLDOMNodePtr node, Nx_Stringa& name) const {
+  name.AssignUtf8(node.IsNull() ? "" : NodeOf(node).name());
+}
+
+void Nx_XMLParser::GetText(IXMLDOMNodePtr node, Nx_Stringa& text) const {
+  text.AssignUtf8(node.IsNull() ? "" : NodeOf(node).text().get());
+}
+
 bool Nx_XMLParser::GetAttributeValue(IXMLDOMNodePtr node, const wchar_t* name, Nx_Stringa& value) const {
   if (node.IsNull() || !name) return false;
-  const pugi::xml_attribute attribute = NodeOf(node).attribute(Nx_Stringa(name).ToUtf8().c_str());
-  if (!attribute) return false;
-  value = Nx_Stringa::FromUtf8(attribute.value());
-  return true;
+  for (pugi::xml_attribute attribute = NodeOf(node).first_attribute(); attribute;
+       attribute = attribute.next_attribute()) {
+    if (SameName(attribute.name(), name)) {
+      value.AssignUtf8(attribute.value());
+      return true;
+    }
+  }
+  return false;
 }
 
 IXMLDOMNodePtr Nx_XMLParser::GetFirstChild(IXMLDOMNodePtr node, const wchar_t* name) const {

@@ -37,6 +37,9 @@ class Nx_XMLParser {
   Nx_Stringa GetName(IXMLDOMNodePtr node) const;
   // The element's text content; empty for a null node.
   Nx_Stringa GetText(IXMLDOMNodePtr node) const;
+  // The same into a string the caller keeps, reusing its storage.
+  void GetName(IXMLDOMNodePtr node, Nx_Stringa& name) const;
+  void GetText(IXMLDOMNodePtr node, Nx_Stringa& text) const;
   // True when the attribute is present (its value may be empty).
   bool GetAttributeValue(IXMLDOMNodePtr node, const wchar_t* name, Nx_Stringa& value) const;
   // First child element (of that name, compared as written, when name is given).

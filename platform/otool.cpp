@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/diagnostics.h"
 #include "platform/nx_string.h"
 #include "platform/port_kinds.h"
 
@@ -132,10 +133,16 @@ int otool_WRITE(int handle, const char* buffer, int count) {
   auto port = Find(handle);
   if (!port || (buffer == nullptr && count != 0) || count < 0) return -1;
   std::lock_guard<std::mutex> lock(port->mutex);
-  if (port->scrambleKey == 0 || count == 0) return port->backend->Write(buffer, count, port->writeTimeoutMs);
-  std::string line(buffer, static_cast<std::size_t>(count));
-  posprint::Scramble(line.data(), count, port->scrambleKey);
-  return port->backend->Write(line.data(), count, port->writeTimeoutMs);
+  int written;
+  if (port->scrambleKey == 0 || count == 0) {
+    written = port->backend->Write(buffer, count, port->writeTimeoutMs);
+  } else {
+    std::string line(buffer, static_cast<std::size_t>(count));
+    posprint::Scramble(line.data(), count, port->scrambleKey);
+    written = port->backend->Write(line.data(), count, port->writeTimeoutMs);
+  }
+  posprint::NoteBytesWritten(written);
+  return written;
 }
 
 int otool_IOCTL(int handle, int request, int value) {

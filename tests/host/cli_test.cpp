@@ -48,7 +48,6 @@ TEST_F(Refusals, CommandLineMistakes) {
       {"unknown subcommand", {"print"}, "print"},
       {"no model", {"run", "--port", p, "@DIR/job.xml"}, "--model"},
       {"no job", {"run", "--model", "TMT70", "--port", p}, "job"},
-      {"two jobs", {"run", "--model", "TMT70", "--port", p, "@DIR/job.xml", "@DIR/job.xml"}, "job.xml"},
       {"unknown option", {"run", "--model", "TMT70", "--port", p, "--speed", "9600", "@DIR/job.xml"}, "--speed"},
       {"param without =", {"run", "--model", "TMT70", "--port", p, "--param", "param_CutType", "@DIR/job.xml"},
        "param_CutType"},
@@ -111,13 +110,6 @@ TEST_F(Refusals, PluginThatCannotBeLoaded) {
   EXPECT_EQ(run.status, 2);
   EXPECT_NE(run.err.find(dir.Path() + "/none.so"), std::string::npos) << run.err;
   EXPECT_FALSE(std::filesystem::exists(dir.Path() + "/out.bin"));
-}
-
-TEST(Help, RunHelpExitsZeroAndListsEveryOption) {
-  const ProgramRun run = Posprint({"run", "--help"});
-  EXPECT_EQ(run.status, 0);
-  for (const char* option : {"--model", "--port", "--param", "--params", "--logo-dir", "--json", "JOB.xml"})
-    EXPECT_NE(run.out.find(option), std::string::npos) << option;
 }
 
 }  // namespace

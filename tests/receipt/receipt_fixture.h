@@ -1,90 +1,68 @@
-// A driver of the receipt family on a scripted port, with a fake clock so that no wait
-// of the driver is real.
+// The receipt family's test helpers: a driver on a scripted port with its own logo folder,
+// the printer answering its status requests, and a hand-written interleaved 2 of 5 symbol.
 #pragma once
 
-#include <unistd.h>
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <fstream>
-#include <initializer_list>
+#include <algorithm>
+#include <memory>
+#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "platform/clock.h"
 #include "platform/logo_files.h"
-#include "platform/parameters.h"
-#include "platform/scripted_port.h"
-#include "support/bytes.h"
+#include "support/driver_fixture.h"
+#include "support/run_program.h"
 
 namespace receipt_test {
 
-using posprint::test::Hex;
-using posprint::test::ToHex;
-using Keys = std::initializer_list<std::pair<const wchar_t*, const wchar_t*>>;
+using namespace posprint::test;
+
+inline std::string Font(const char* attributes) { return std::string("<SINGLEFIELD ") + attributes + "/>"; }
+inline std::string Single(const std::string& text) { return "<SINGLEFIELD><Field>" + text + "</Field></SINGLEFIELD>"; }
 
 template <class Driver>
-class DriverTest : public ::testing::Test {
+class DriverTest : public DriverFixture<Driver> {
  protected:
-  void Configure(Keys keys) {
-    auto* parameters = new ParameterCollection();
-    for (const auto& key : keys) parameters->Set(key.first, key.second);
-    driver.Configure(Nx_Smartp<IParameterCollection>(parameters));
+  DriverTest() { posprint::SetLogoDirectory(logos.Path()); }
+  void FreshPrinter() override { this->port.OnWrite(nullptr); }
+  void Prepare(const std::string& reply) override {
+    if (!reply.empty()) Answer(reply);
   }
-  bool Command(const wchar_t* name, IXMLDOMNodePtr node = IXMLDOMNodePtr()) {
-    driver.ClearErrors();
-    return driver.ExecuteCommand(&parser, name, node, port.Name());
-  }
-  // INIT_PRINTER, then forgets what the open sent and waited and how the printer answered.
-  void Open(Keys keys = {}) {
-    port.OnWrite(nullptr);
-    Configure(keys);
-    ASSERT_TRUE(Command(L"INIT_PRINTER"));
-    port.ClearWritten();
-    clock = posprint::FakeClock();
-  }
-  IXMLDOMNodePtr Element(const std::string& xml) {
-    std::string error;
-    EXPECT_TRUE(parser.LoadString("<Job>" + xml + "</Job>", &error)) << error;
-    return parser.GetFirstChild(parser.Root());
-  }
-  // NEWPRINT with the one element in xml.
-  bool Field(const std::string& xml) { return Command(L"NEWPRINT", Element(xml)); }
-  // The printer answers `reply` each time `request` is written.
-  void AnswerTo(const std::string& request, const std::string& reply) {
-    port.OnWrite([request, reply](posprint::ScriptedPort& p, const std::string& written) {
-      if (written == request) p.Answer(reply);
+  std::string Received() const override { return this->Line(); }
+
+  // The printer's answers to its status requests, in turn: `replies` holds them split by ';'
+  // (the last one repeats, an empty one is silence), each in bursts split by '|'; "00@500":
+  // the burst comes 500 ms after it is first waited for.
+  void Answer(const std::string& replies) {
+    std::vector<std::string> answers;
+    std::istringstream in(replies);
+    for (std::string answer; std::getline(in, answer, ';');) answers.push_back(answer);
+    auto asked = std::make_shared<std::size_t>(0);
+    this->port.OnWrite([request = statusRequest, answers, asked](posprint::ScriptedPort& p, const std::string& sent) {
+      const bool answer = sent == request && !answers.empty();
+      std::istringstream bursts(answer ? answers[std::min((*asked)++, answers.size() - 1)] : "");
+      for (std::string burst; std::getline(bursts, burst, '|');) {
+        const std::size_t at = burst.find('@');
+        p.Answer(Hex(burst.substr(0, at)), at == std::string::npos ? 0 : std::stoi(burst.substr(at + 1)));
+      }
     });
   }
-  std::vector<int> Errors() const { return driver.RecordedErrors(); }
-  std::string Sent() const { return ToHex(port.Written()); }
 
-  posprint::FakeClock clock;
-  posprint::ScopedClock scopedClock{clock};
-  posprint::ScriptedPort port;
-  Nx_XMLParser parser;
-  Driver driver;
+  std::string statusRequest;  // the model's status request, as bytes
+  TempDir logos;
 };
 
-// A logo folder in the test's temporary directory.
-inline std::string LogoFolder(const std::string& name) {
-  std::string directory = ::testing::TempDir() + name + "_" + std::to_string(::getpid());
-  std::string command = "mkdir -p '" + directory + "'";
-  EXPECT_EQ(std::system(command.c_str()), 0);
-  posprint::SetLogoDirectory(directory);
-  return directory;
-}
+// "12" at module width 1, one character a column (1 bar, 0 space): quiet zone, start
+// (narrow bar/space x2), the pair 1|2 (bars of 1 = W N N N W, spaces of 2 = N W N N W, a
+// wide element three columns), stop (wide bar, narrow space, narrow bar), quiet zone, and
+// one column of padding to a whole byte.
+inline const char* kItf12Columns =
+    "0000000000" "1010" "111" "0" "1" "000" "1" "0" "1" "0" "111" "000" "111" "0" "1" "0000000000" "0";
 
-inline void WriteFile(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
-
-// 8 x 2 pixels, 1 bit: the top row black, the bottom row white (rows stored bottom-up).
-inline std::string SmallLogo() {
-  return Hex("42 4D 46 00 00 00 00 00 00 00 3E 00 00 00 28 00 00 00 08 00 00 00 02 00 00 00 01 00 01 00 "
-             "00 00 00 00 08 00 00 00 00 00 00 00 00 00 00 00 02 00 00 00 02 00 00 00 "
-             "00 00 00 00 FF FF FF 00 FF 00 00 00 00 00 00 00");
+// "1010" -> {0xFF, 0x00, 0xFF, 0x00}: the bit-image columns of a bar pattern.
+inline std::string ColumnBytes(const std::string& columns) {
+  std::string bytes;
+  for (char c : columns) bytes += c == '1' ? '\xFF' : '\x00';
+  return bytes;
 }
 
 }  // namespace receipt_test

@@ -1,7 +1,7 @@
-// The STB112: open sequence, configuration, start and end of ticket, cuts, status, the
+// The STB112: open sequence by paper and width, start and end of ticket, cuts, status, the
 // scrambled link and its recovery, code pages, text positions and the raster logo.
 #include "drivers/ticket/STB112/nx_stb112.h"
-
+#include "drivers/ticket/stb_family/stb_commands.h"
 #include "platform/otool.h"
 #include "ticket_fixture.h"
 
@@ -10,323 +10,163 @@ namespace {
 
 using Stb112 = TicketTest<STB112::Nx_STB112>;
 
-TEST_F(Stb112, Identity) {
-  EXPECT_EQ(driver.Info().modelName, L"STB112");
-  EXPECT_EQ(driver.Info().componentName, L"KpSTB112");
-  EXPECT_EQ(driver.Info().timeout1, 300);
-  EXPECT_EQ(driver.Info().timeout2, 5000);
-  Open();
-  EXPECT_TRUE(Command(L"STB112_NEWPRINT"));
-  EXPECT_EQ(Line(), "");
-}
+const wchar_t *kPaper = L"param_TypePaper", *kWidth = L"param_WidthRow", *kCut = L"param_CutType";
+// Setting frames: GS 0xFF 0x0A 0x32, setting, value, checksum (the low byte of their sum).
+const std::string kOpen = "1B 74 00 1B 40 ", kFull = "1D FF 0A 32 01 00 59 ", k80 = "1D FF 0A 32 01 01 5A ";
+const std::string kRoll = "1D FF 0A 32 09 00 61 ", kSheet = "1D FF 0A 32 09 01 62", kDensity = "1D FF 0A 32 0F 04 6B";
+const std::string kTicket = "1D FF 0A 32 10 00 68 " + kSheet + " ", kRollOpen = kOpen + kFull + kRoll + kDensity;
+const std::string kLabel = "1D FF 0A 32 10 01 69 " + kSheet + " 1D FF 0A 32 0A 01 63 ";
 
 TEST_F(Stb112, OpenSequenceByPaperAndWidth) {
-  struct Case {
-    const char* name;
-    Keys keys;
-    int lineWidth;
-    std::string read;
-  };
-  const Case cases[] = {
-      {"roll, full width (defaults)", {}, 42,
-       "1B 74 00 1B 40 1D FF 0A 32 01 00 59 1D FF 0A 32 09 00 61 1D FF 0A 32 0F 04 6B"},
-      {"roll, 80 mm", {{L"param_WidthRow", L"80 mm"}}, 32,
-       "1B 74 00 1B 40 1D FF 0A 32 01 01 5A 1D FF 0A 32 09 00 61 1D FF 0A 32 0F 04 6B"},
-      {"80MM without the blank is the full width", {{L"param_WidthRow", L"80MM"}}, 42,
-       "1B 74 00 1B 40 1D FF 0A 32 01 00 59 1D FF 0A 32 09 00 61 1D FF 0A 32 0F 04 6B"},
-      {"ticket, full width", {{L"param_TypePaper", L"val_Ticket"}}, 30,
-       "1B 74 00 1B 40 1D FF 0A 32 01 00 59 1D FF 0A 32 10 00 68 1D FF 0A 32 09 01 62 1D FF 0A 32 0F 04 6B"},
-      {"ticket, 80 mm", {{L"param_TypePaper", L"val_Ticket"}, {L"param_WidthRow", L"80 mm"}}, 30,
-       "1B 74 00 1B 40 1D FF 0A 32 01 01 5A 1D FF 0A 32 10 00 68 1D FF 0A 32 09 01 62 1D FF 0A 32 0F 04 6B"},
-      {"label, 80 mm", {{L"param_TypePaper", L"val_Label"}, {L"param_WidthRow", L"80 mm"}}, 32,
-       "1B 74 00 1B 40 1D FF 0A 32 01 01 5A 1D FF 0A 32 10 01 69 1D FF 0A 32 09 01 62 1D FF 0A 32 0A 01 63 "
-       "1D FF 0A 32 0F 04 6B"},
-      {"unknown paper word keeps roll", {{L"param_TypePaper", L"VAL_LABEL"}}, 42,
-       "1B 74 00 1B 40 1D FF 0A 32 01 00 59 1D FF 0A 32 09 00 61 1D FF 0A 32 0F 04 6B"},
-      {"density 260 sends its low byte", {{L"param_Density", L"260"}}, 42,
-       "1B 74 00 1B 40 1D FF 0A 32 01 00 59 1D FF 0A 32 09 00 61 1D FF 0A 32 0F 04 6B"},
-      {"density 7", {{L"param_Density", L"7"}}, 42,
-       "1B 74 00 1B 40 1D FF 0A 32 01 00 59 1D FF 0A 32 09 00 61 1D FF 0A 32 0F 07 6E"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Command(L"STOP_PRINTER");
-    Clear();
-    Configure(c.keys);
-    ASSERT_TRUE(Command(L"INIT_PRINTER"));
-    EXPECT_EQ(Read(), c.read);
-    EXPECT_EQ(Line(), c.read);  // plain mode: the line carries the printer's bytes
-    EXPECT_EQ(driver.Context()->lineWidth, c.lineWidth);
-  }
-}
-
-TEST_F(Stb112, TicketSetupStopsWithoutThePrintersConfirmation) {
+  const wchar_t* density = L"param_Density";
+  const std::string open = "INIT_PRINTER";
+  Run({
+      {"roll, full width (defaults)", {}, "", open, 1, kRollOpen, 42},
+      {"roll, 80 mm", {{kWidth, L"80 mm"}}, "", open, 1, kOpen + k80 + kRoll + kDensity, 32},
+      {"80MM without the blank is the full width", {{kWidth, L"80MM"}}, "", open, 1, kRollOpen, 42},
+      {"ticket, full width", {{kPaper, L"val_Ticket"}}, "", open, 1, kOpen + kFull + kTicket + kDensity, 30},
+      {"ticket, 80 mm", {{kPaper, L"val_Ticket"}, {kWidth, L"80 mm"}}, "", open, 1, kOpen + k80 + kTicket + kDensity,
+       30},
+      {"label, 80 mm", {{kPaper, L"val_Label"}, {kWidth, L"80 mm"}}, "", open, 1, kOpen + k80 + kLabel + kDensity, 32},
+      {"unknown paper word keeps roll", {{kPaper, L"VAL_LABEL"}}, "", open, 1, kRollOpen, 42},
+      {"density 260 sends its low byte", {{density, L"260"}}, "", open, 1, kRollOpen},
+      {"density 7", {{density, L"7"}}, "", open, 1, kOpen + kFull + kRoll + "1D FF 0A 32 0F 07 6E"},
+      {"density 255: the sum wraps", {{density, L"255"}}, "", open, 1, kOpen + kFull + kRoll + "1D FF 0A 32 0F FF 66"},
+  });
+  Open({{kPaper, L"val_Ticket"}}, false);
   printer.settingAnswer = "";
-  Configure({{L"param_TypePaper", L"val_Ticket"}});
-  EXPECT_TRUE(Command(L"INIT_PRINTER"));  // the open succeeds; the density is not sent
-  EXPECT_EQ(Read(), "1B 74 00 1B 40 1D FF 0A 32 01 00 59 1D FF 0A 32 10 00 68 1D FF 0A 32 09 01 62");
+  EXPECT_TRUE(Command("INIT_PRINTER"));  // the open succeeds; without the confirmation no density is sent
+  EXPECT_EQ(Received(), kOpen + kFull + kTicket.substr(0, 41));
 }
 
-TEST_F(Stb112, ScrambledOpenPutsEveryByteThroughTheKey) {
-  printer.key = 0xCB;
-  Configure({{L"param_Cripted", L"true"}});
-  ASSERT_TRUE(Command(L"INIT_PRINTER"));
-  EXPECT_EQ(Line().substr(0, 8), "D0 BF CB");  // ESC t 0 under key 0xCB
-  EXPECT_EQ(Read(), "1B 74 00 1B 40 1D FF 0A 32 01 00 59 1D FF 0A 32 09 00 61 1D FF 0A 32 0F 04 6B");
-}
-
-TEST_F(Stb112, OpenFailureAndConfigurationAllocation) {
-  port.FailOpen();
-  EXPECT_FALSE(Command(L"INIT_PRINTER"));
-  EXPECT_EQ(Errors(), std::vector<int>{71});
-  posprint::FailNextConfigAllocation();
-  driver.ClearErrors();
-  Configure({});
-  EXPECT_EQ(driver.RecordedErrors(), std::vector<int>{12});
-}
-
-TEST_F(Stb112, StartOfTicketByPaper) {
-  struct Case {
-    const char* name;
-    Keys keys;
-    std::string read;
-  };
-  const Case cases[] = {
-      {"roll sends nothing", {}, ""},
-      {"ticket", {{L"param_TypePaper", L"val_Ticket"}}, "1D F6"},
-      {"label sends nothing", {{L"param_TypePaper", L"val_Label"}}, ""},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Command(L"STOP_PRINTER");
-    Open(c.keys);
-    EXPECT_TRUE(Command(L"START_PRINT"));
-    EXPECT_EQ(Read(), c.read);
-  }
-  Command(L"STOP_PRINTER");
-  EXPECT_FALSE(Command(L"START_PRINT"));
-  EXPECT_EQ(Errors(), std::vector<int>{3});
-}
-
-TEST_F(Stb112, EndOfTicketByPaperAndCut) {
-  const std::string feeds = "0A 0A 0A 0A 0A 0A 0A 0A";
-  struct Case {
-    const char* name;
-    Keys keys;
-    std::string read;
-  };
-  const Case cases[] = {
-      {"roll defaults: eight feeds, no cut", {}, feeds},
-      {"feeds switched on in lower case", {{L"param_LinefeedEjection", L"true"}}, feeds},
-      {"feeds off, partial cut", {{L"param_LinefeedEjection", L"NO"}, {L"param_CutType", L"val_Partial"}}, "1B 6D"},
-      {"any other cut word is the full cut", {{L"param_CutType", L"val_Full"}}, feeds + " 1B 69"},
-      {"the cut word keeps its case", {{L"param_CutType", L"VAL_PARTIAL"}}, feeds + " 1B 69"},
-      {"explicit no cut", {{L"param_CutType", L"val_No"}}, feeds},
-      {"label, no cut", {{L"param_TypePaper", L"val_Label"}, {L"param_CutType", L"val_No"}}, "1D F6"},
-      {"label, partial", {{L"param_TypePaper", L"val_Label"}, {L"param_CutType", L"val_Partial"}}, "1D F6"},
-      {"label, full", {{L"param_TypePaper", L"val_Label"}, {L"param_CutType", L"x"}}, "1D F8"},
-      {"ticket: nothing", {{L"param_TypePaper", L"val_Ticket"}, {L"param_CutType", L"x"}}, ""},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Command(L"STOP_PRINTER");
-    Open(c.keys);
-    EXPECT_TRUE(Command(L"STOP_PRINT"));
-    EXPECT_EQ(Read(), c.read);
-  }
-}
-
-TEST_F(Stb112, CutField) {
-  struct Case {
-    const char* xml;
-    std::string read;
-  };
-  const Case cases[] = {
-      {"<CUT Type='CUT_FULL'/>", "1B 69"},
-      {"<CUT Type='CUT_PARTIAL'/>", "1B 6D"},
-      {"<CUT/>", "1B 28 76 64 00 1B 69 1B 28 76 9C FF"},
-      {"<CUT Type='cut_full'/>", "1B 28 76 64 00 1B 69 1B 28 76 9C FF"},
-  };
-  Open();
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.xml);
-    Clear();
-    EXPECT_TRUE(Field(c.xml));
-    EXPECT_EQ(Read(), c.read);
-  }
-  port.ShortWriteAt(port.Writes().size() + 1);
+TEST_F(Stb112, StartEndCutsAndStatus) {
+  const std::string feeds = Times(8, "0A"), retract = "1B 28 76 64 00 1B 69 1B 28 76 9C FF";
+  const wchar_t* feed = L"param_LinefeedEjection";
+  Run({
+      {"start: roll sends nothing", {}, "", "START_PRINT", 1, ""},
+      {"start: ticket", {{kPaper, L"val_Ticket"}}, "", "START_PRINT", 1, "1D F6"},
+      {"start: label sends nothing", {{kPaper, L"val_Label"}}, "", "START_PRINT", 1, ""},
+      {"end of roll: eight feeds, no cut", {}, "", "STOP_PRINT", 1, feeds},
+      {"feeds switched on in lower case", {{feed, L"true"}}, "", "STOP_PRINT", 1, feeds},
+      {"feeds off, partial cut", {{feed, L"NO"}, {kCut, L"val_Partial"}}, "", "STOP_PRINT", 1, "1B 6D"},
+      {"any other cut word is the full cut", {{kCut, L"val_Full"}}, "", "STOP_PRINT", 1, feeds + " 1B 69"},
+      {"the cut word keeps its case", {{kCut, L"VAL_PARTIAL"}}, "", "STOP_PRINT", 1, feeds + " 1B 69"},
+      {"explicit no cut", {{kCut, L"val_No"}}, "", "STOP_PRINT", 1, feeds},
+      {"end of label, no cut", {{kPaper, L"val_Label"}, {kCut, L"val_No"}}, "", "STOP_PRINT", 1, "1D F6"},
+      {"end of label, partial", {{kPaper, L"val_Label"}, {kCut, L"val_Partial"}}, "", "STOP_PRINT", 1, "1D F6"},
+      {"end of label, full", {{kPaper, L"val_Label"}, {kCut, L"x"}}, "", "STOP_PRINT", 1, "1D F8"},
+      {"end of ticket: nothing", {{kPaper, L"val_Ticket"}, {kCut, L"x"}}, "", "STOP_PRINT", 1, ""},
+      {"CUT_FULL", {}, "", "<CUT Type='CUT_FULL'/>", 1, "1B 69"},
+      {"CUT_PARTIAL", {}, "", "<CUT Type='CUT_PARTIAL'/>", 1, "1B 6D"},
+      {"any other cut retracts the paper around a full cut", {}, "", "<CUT/><CUT Type='cut_full'/>", 1,
+       retract + " " + retract},
+      {"ready", {}, "00;00", "CHECK", 1, "10 04 02 10 04 11"},
+      {"cover (first byte 0x04)", {}, "04;00", "CHECK", 105, "10 04 02"},
+      {"first byte 0x20 is not looked at", {}, "20;00", "CHECK", 1, "10 04 02 10 04 11"},
+      {"paper out", {}, "00;20", "CHECK", 102, "10 04 02 10 04 11"},
+      {"paper 0x04", {}, "00;04", "CHECK", 104, "10 04 02 10 04 11"},
+      {"0x20 before 0x04", {}, "00;24", "CHECK", 102, "10 04 02 10 04 11"},
+      {"no paper answer", {}, "00;-", "CHECK", 101, "10 04 02 10 04 11"},
+  });
+  port.ShortWriteAt(port.writeCount_ + 1);
   EXPECT_TRUE(Field("<CUT/>"));  // the cut's own writes do not decide the field
-}
-
-TEST_F(Stb112, StatusDecoding) {
-  struct Case {
-    const char* name;
-    std::string status, paper;
-    bool ok;
-    std::vector<int> errors;
-    std::string read;
-  };
-  const Case cases[] = {
-      {"ready", "00", "00", true, {}, "10 04 02 10 04 11"},
-      {"cover (first byte 0x04)", "04", "00", false, {105}, "10 04 02"},
-      {"first byte 0x20 is not looked at", "20", "00", true, {}, "10 04 02 10 04 11"},
-      {"paper out", "00", "20", false, {102}, "10 04 02 10 04 11"},
-      {"paper 0x04", "00", "04", false, {104}, "10 04 02 10 04 11"},
-      {"0x20 before 0x04", "00", "24", false, {102}, "10 04 02 10 04 11"},
-      {"no paper answer", "00", "", false, {101}, "10 04 02 10 04 11"},
-  };
-  Open();
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    printer.status = Hex(c.status);
-    printer.paper = Hex(c.paper);
-    Clear();
-    EXPECT_EQ(Command(L"CHECK"), c.ok);
-    EXPECT_EQ(Errors(), c.errors);
-    EXPECT_EQ(Read(), c.read);
+  for (int write = 1; write <= 3; ++write) {  // the command layer stops at the first write not taken
+    ScriptedContext line;
+    line.port.ShortWriteAt(write, 1);
+    EXPECT_EQ(StbFamily::stb_CutRetract(line.ctx), kFailure);
+    EXPECT_EQ(line.port.Writes().size(), static_cast<std::size_t>(write));
   }
 }
 
-TEST_F(Stb112, CheckWithoutOpenRecordsThreeThenOne) {
-  EXPECT_FALSE(Command(L"CHECK"));
-  EXPECT_EQ(Errors(), (std::vector<int>{3, 1}));
-}
-
-// The terminal runs scrambled but the printer was reset to plain: the status request
-// goes unanswered, the plain retry is answered, and the printer is switched back.
+// The terminal runs scrambled but the printer was reset to plain: the status request goes
+// unread, the plain retry is answered, and the printer is told to take up the key.
 TEST_F(Stb112, ResyncSwitchesAPlainPrinterToScrambledMode) {
-  Open({{L"param_Cripted", L"TRUE"}});  // the printer stays plain: the open went unread
-  EXPECT_TRUE(Command(L"CHECK"));
-  EXPECT_EQ(Line(), "DB CF C9 10 04 02 1B F9 CB DB CF C9 DB CF DA");
-  EXPECT_EQ(printer.key, 0xCB);
+  Run({{"the open went unread", {{L"param_Cripted", L"TRUE"}}, "", "CHECK", 1,
+        "DB CF C9 10 04 02 1B F9 CB 10 04 02 10 04 11"}});
+  EXPECT_EQ(printer.key, kKey);
   EXPECT_EQ(clock.TotalSleptMs(), 100);
-  int readTimeout = 0, writeTimeout = 0;
+  int readTimeout = 0, writeTimeout = 0;  // put back after the quick retry
   otool_IOCTL(driver.Context()->handle, kPortGetReadTimeout, &readTimeout);
   otool_IOCTL(driver.Context()->handle, kPortGetWriteTimeout, &writeTimeout);
   EXPECT_EQ(readTimeout, 300);
   EXPECT_EQ(writeTimeout, 5000);
-  // From now on both ends agree.
-  Clear();
-  EXPECT_TRUE(Command(L"CHECK"));
-  EXPECT_EQ(Read(), "10 04 02 10 04 11");
+  Prepare("");
+  EXPECT_TRUE(Command("CHECK"));  // from now on both ends agree
+  EXPECT_EQ(Received(), "10 04 02 10 04 11");
 }
 
 TEST_F(Stb112, ResyncTowardsASilentPrinterLeavesThePortScrambled) {
-  printer.silent = true;
-  Open();
-  EXPECT_FALSE(Command(L"CHECK"));
-  EXPECT_EQ(Errors(), std::vector<int>{101});
-  EXPECT_EQ(Line(), "10 04 02 10 04 02");  // the request, then the plain retry
+  Run({{"the request, then the plain retry", {}, "-", "CHECK", 101, "10 04 02 10 04 02"}});
   EXPECT_EQ(clock.TotalSleptMs(), 0);
   int readTimeout = 0;
   otool_IOCTL(driver.Context()->handle, kPortGetReadTimeout, &readTimeout);
   EXPECT_EQ(readTimeout, 300);
-  Clear();
-  Command(L"START_PRINT");
+  port.ClearWritten();
   EXPECT_TRUE(Field("<CUT Type='CUT_FULL'/>"));
-  EXPECT_EQ(Line(), "D0 A2");  // ESC i under key 0xCB
+  EXPECT_EQ(Line(), "D0 A2");  // ESC i under the key
 }
 
-// A scrambled printer behind a plain terminal: the first CHECK fails and leaves the
-// terminal scrambled, so the next one succeeds.
-TEST_F(Stb112, PlainTerminalMeetsAScrambledPrinter) {
-  Open();
-  printer.key = 0xCB;
-  EXPECT_FALSE(Command(L"CHECK"));
+TEST_F(Stb112, ScrambledPrinter) {
+  startKey = kKey;
+  Run({{"a scrambled open, every byte through the key", {{L"param_Cripted", L"true"}}, "", "INIT_PRINTER", 1,
+        kRollOpen}});
+  Open();  // behind a plain terminal: the first check fails and leaves the terminal scrambled
+  EXPECT_FALSE(Command("CHECK"));
   EXPECT_EQ(Errors(), std::vector<int>{101});
-  EXPECT_TRUE(Command(L"CHECK"));
-}
-
-TEST_F(Stb112, NoResyncWhenThePortItselfFails) {
-  Open();
-  port.Vanish();
-  EXPECT_FALSE(Command(L"CHECK"));
+  EXPECT_TRUE(Command("CHECK"));
+  port.Vanish();  // no recovery when the port itself fails
+  Prepare("");
+  EXPECT_FALSE(Command("CHECK"));
   EXPECT_EQ(Errors(), std::vector<int>{101});
-  EXPECT_EQ(printer.received, "");
+  EXPECT_EQ(Received(), "");
 }
 
-TEST_F(Stb112, CodePageFollowsTheText) {
-  Open();
-  ASSERT_TRUE(Field("<SINGLEFIELD Justify='CENTER'><Field>\xE2\x82\xAC" "5</Field></SINGLEFIELD>"));
-  // ESC t 0x13 before the text; the euro sign is D5 in PC858.
-  EXPECT_EQ(Read(), "1B 7B 00 1B 74 13 " + ToHex(std::string(20, ' ')) + " D5 35 0D 0A");
-  Clear();
-  ASSERT_TRUE(Field("<SINGLEFIELD Justify='CENTER'><Field>ab</Field></SINGLEFIELD>"));
-  EXPECT_EQ(Read(), "1B 7B 00 " + ToHex(std::string(20, ' ')) + " 61 62 0D 0A");  // PC858 carries it
-  Clear();
-  ASSERT_TRUE(Field("<BARCODE Type='CODE39'>\xE2\x82\xA7</BARCODE>"));  // the peseta sign: PC437 only
-  EXPECT_EQ(Read(), "1B 7B 00 1B 56 00 1B 21 00 1B 74 00 1B 61 01 1D 6B 45 01 9E 1B 61 00");
-}
-
-TEST_F(Stb112, TextLinesStartAtTheTicketsPrintableArea) {
-  const std::string sp12 = ToHex(std::string(12, ' '));
-  struct Case {
-    const char* name;
-    Keys keys;
-    const char* xml;
-    std::string read;
-  };
-  const Case cases[] = {
-      {"roll: double field from the first column", {},
-       "<DOUBLEFIELD><LeftField>A</LeftField><RightField>B</RightField></DOUBLEFIELD>",
-       "1B 7B 00 41 " + ToHex(std::string(40, ' ')) + " 42 0D 0A"},
-      {"ticket: double field at column 12 over 30 columns", {{L"param_TypePaper", L"val_Ticket"}},
-       "<DOUBLEFIELD><LeftField>A</LeftField><RightField>B</RightField></DOUBLEFIELD>",
-       "1B 7B 00 " + sp12 + " 41 " + ToHex(std::string(28, ' ')) + " 42 0D 0A"},
-      {"ticket: centred field", {{L"param_TypePaper", L"val_Ticket"}},
-       "<SINGLEFIELD Justify='CENTER'><Field>ABCD</Field></SINGLEFIELD>",
-       "1B 7B 00 " + ToHex(std::string(25, ' ')) + " 41 42 43 44 0D 0A"},
-      {"ticket: row line", {{L"param_TypePaper", L"val_Ticket"}, {L"param_WidthRow", L"80 mm"}},
-       "<LINE Char='='/>", "1B 7B 00 " + sp12 + " " + ToHex(std::string(30, '=')) + " 0D 0A"},
-      {"roll: row line", {}, "<LINE/>", "1B 7B 00 " + ToHex(std::string(42, '-')) + " 0D 0A"},
-      {"an empty Justify is left", {}, "<SingleField><Field>AB</Field></SingleField>",
-       "1B 7B 00 41 42 " + ToHex(std::string(40, ' ')) + " 0D 0A"},
-      {"RIGHT_PRINTER is a side alignment", {}, "<SingleField Justify='RIGHT_PRINTER'><Field>AB</Field></SingleField>",
-       "1B 7B 00 " + ToHex(std::string(40, ' ')) + " 41 42 0D 0A"},
-      {"SINGLEFIELD in capitals with a side alignment prints nothing", {},
-       "<SINGLEFIELD><Field>AB</Field></SINGLEFIELD>", "1B 7B 00"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Command(L"STOP_PRINTER");
-    Open(c.keys);
-    EXPECT_TRUE(Field(c.xml));
-    EXPECT_EQ(Read(), c.read);
-  }
-}
-
-TEST_F(Stb112, Barcode) {
-  struct Case {
-    const char* xml;
-    bool ok;
-    std::vector<int> errors;
-    std::string read;
-  };
-  const std::string head = "1B 7B 00 1B 56 00 1B 21 00 1B 61 01";
-  const Case cases[] = {
-      {"<BARCODE Height='20' HRI='no'>AB1</BARCODE>", true, {}, head + " 1D 6B 49 05 7B 42 41 42 31 1B 61 00"},
-      {"<BARCODE Type='EAN13'>123456789012</BARCODE>", true, {},
-       head + " 1D 6B 43 0C 31 32 33 34 35 36 37 38 39 30 31 32 1B 61 00"},
-      {"<BARCODE Type='QR_CODE'>X</BARCODE>", false, {15}, head},
-      {"<BARCODE/>", false, {18}, head},
-  };
-  Open();
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.xml);
-    Clear();
-    EXPECT_EQ(Field(c.xml), c.ok);
-    EXPECT_EQ(Errors(), c.errors);
-    EXPECT_EQ(Read(), c.read);
-  }
-}
-
-TEST_F(Stb112, FieldsNeedAnOpenPort) {
-  for (const char* xml : {"<CUT/>", "<LINE/>", "<BARCODE>1</BARCODE>", "<LOGO FileName='a.bmp'/>", "<LINEFEED Value='1'/>"}) {
-    SCOPED_TRACE(xml);
-    EXPECT_FALSE(Field(xml));
-    EXPECT_EQ(Errors(), std::vector<int>{3});
-  }
-  EXPECT_EQ(Line(), "");
+TEST_F(Stb112, CodePagesTextPositionsBarcodesAndLogo) {
+  const std::string head = "1B 7B 00 1B 56 00 1B 21 00 1B 61 01 ", fail = "1B 21 00 1B 7B 00";
+  // GS v 0 at double size, centred by blank bytes: (832 - 2 x 12) / 32 = 25, 27 bytes a row.
+  const std::string small = " 1D 76 30 33 1B 00 02 00 " + Times(25, "00") + " FF 00 " + Times(25, "00") + " 08 10";
+  const std::string ab = "<DOUBLEFIELD><LeftField>A</LeftField><RightField>B</RightField></DOUBLEFIELD>";
+  const Keys ticket = {{kPaper, L"val_Ticket"}};
+  Run({
+      {"the euro sign takes PC858, which carries the next line too; the peseta sign PC437", {}, "",
+       "<SINGLEFIELD Justify='CENTER'><Field>\xE2\x82\xAC" "5</Field></SINGLEFIELD><SINGLEFIELD Justify='CENTER'>"
+       "<Field>ab</Field></SINGLEFIELD><BARCODE Type='CODE39'>\xE2\x82\xA7</BARCODE>", 1,
+       "1B 7B 00 1B 74 13 " + Spaces(20) + " D5 35 0D 0A 1B 7B 00 " + Spaces(20) + " 61 62 0D 0A " +
+           head.substr(0, 27) + "1B 74 00 1B 61 01 1D 6B 45 01 9E 1B 61 00"},
+      {"roll: double field from the first column", {}, "", ab, 1, "1B 7B 00 41 " + Spaces(40) + " 42 0D 0A"},
+      {"ticket: double field at column 12 over 30", ticket, "", ab, 1,
+       "1B 7B 00 " + Spaces(12) + " 41 " + Spaces(28) + " 42 0D 0A"},
+      {"ticket: centred field", ticket, "", "<SINGLEFIELD Justify='CENTER'><Field>ABCD</Field></SINGLEFIELD>", 1,
+       "1B 7B 00 " + Spaces(25) + " 41 42 43 44 0D 0A"},
+      {"ticket: row line", {{kPaper, L"val_Ticket"}, {kWidth, L"80 mm"}}, "", "<LINE Char='='/>", 1,
+       "1B 7B 00 " + Spaces(12) + " " + Times(30, "3D") + " 0D 0A"},
+      {"roll: row line", {}, "", "<LINE/>", 1, "1B 7B 00 " + Times(42, "2D") + " 0D 0A"},
+      {"an empty Justify is left", {}, "", "<SingleField><Field>AB</Field></SingleField>", 1,
+       "1B 7B 00 41 42 " + Spaces(40) + " 0D 0A"},
+      {"RIGHT_PRINTER: a side", {}, "", "<SingleField Justify='RIGHT_PRINTER'><Field>AB</Field></SingleField>", 1,
+       "1B 7B 00 " + Spaces(40) + " 41 42 0D 0A"},
+      {"SINGLEFIELD in capitals with a side alignment prints nothing", {}, "",
+       "<SINGLEFIELD><Field>AB</Field></SINGLEFIELD>", 1, "1B 7B 00"},
+      {"barcode without text", {}, "", "<BARCODE Height='20' HRI='no'>AB1</BARCODE>", 1,
+       head + "1D 6B 49 05 7B 42 41 42 31 1B 61 00"},
+      {"EAN13", {}, "", "<BARCODE Type='EAN13'>123456789012</BARCODE>", 1,
+       head + "1D 6B 43 0C 31 32 33 34 35 36 37 38 39 30 31 32 1B 61 00"},
+      {"QR code", {}, "", "<BARCODE Type='QR_CODE'>X</BARCODE>", 15, head.substr(0, 35)},
+      {"no data", {}, "", "<BARCODE/>", 18, head.substr(0, 35)},
+      {"logo, full width", {}, "", "<LOGO FileName='small.bmp'/>", 1, fail + small},
+      {"logo, 80 mm: (600 - 24) / 32 = 18", {{kWidth, L"80 mm"}}, "", "<LOGO FileName='small.bmp'/>", 1,
+       fail + " 1D 76 30 33 14 00 02 00 " + Times(18, "00") + " FF 00 " + Times(18, "00") + " 08 10"},
+      {"logo upside down", {}, "", "<LOGO FileName='small.bmp' Rotation='180'/>", 1,
+       "1B 21 00 1B 7B 01 1B 7B 01" + small},
+      {"400 dots wide: one margin byte", {}, "", "<LOGO FileName='w400.bmp'/>", 1,
+       fail + " 1D 76 30 33 33 00 01 00 " + Times(51, "00")},
+      {"wider than the paper: the margin overflows", {}, "", "<LOGO FileName='w700.bmp'/>", 11, fail},
+      {"not a bitmap prints nothing", {}, "", "<LOGO FileName='text.bmp'/>", 1, fail},
+      {"colours are refused", {}, "", "<LOGO FileName='colour.bmp'/>", 13, fail},
+      {"missing file", {}, "", "<LOGO FileName='none.bmp'/>", 10, fail},
+      {"not a bmp name", {}, "", "<LOGO FileName='small.png'/>", 9, fail},
+      {"no name", {}, "", "<LOGO/>", 8, fail},
+  });
 }
 
 }  // namespace

@@ -39,8 +39,10 @@ int main(int argc, char** argv) {
 
   CLI::App app{"posprint: runs print jobs through the posprint printer drivers", "posprint"};
   app.require_subcommand(1);
+  app.footer("`posprint SUBCOMMAND --help` shows a subcommand's options. The manual is docs/README.md.");
   std::vector<Subcommand> subcommands;
   subcommands.push_back(AddRunCommand(app));
+  subcommands.push_back(AddModelsCommand(app));
   subcommands.push_back(AddEmulateCommand(app));
 
   if (IsUnknownSubcommand(argc, argv, subcommands)) return kExitUsage;

@@ -44,9 +44,9 @@ std::string HumanLine(const CommandResult& result, std::size_t labelWidth) {
   return line;
 }
 
-std::string JsonLine(const CommandResult& result) {
-  std::string line = "{\"command\":" + JsonString(result.name) + ",\"ok\":" + (result.ok ? "true" : "false") +
-                     ",\"errors\":[";
+std::string JsonLine(const CommandResult& result, std::size_t job) {
+  std::string line = job ? "{\"job\":" + std::to_string(job) + "," : "{";
+  line += "\"command\":" + JsonString(result.name) + ",\"ok\":" + (result.ok ? "true" : "false") + ",\"errors\":[";
   for (std::size_t i = 0; i < result.errors.size(); ++i) {
     if (i) line += ",";
     line += std::to_string(result.errors[i]);
@@ -71,13 +71,23 @@ std::string WarningLine(const CommandResult& result) {
   return line;
 }
 
+void Reporter::StartJob(std::size_t index, std::size_t count, const std::string& path) {
+  if (count < 2) return;
+  if (json_) {
+    job_ = index;
+    return;
+  }
+  std::fprintf(out_, "job %zu of %zu: %s\n", index, count, path.c_str());
+  std::fflush(out_);
+}
+
 void Reporter::Report(const CommandResult& result) {
   const std::string warning = WarningLine(result);
   if (!warning.empty()) {
     std::fprintf(err_, "%s\n", warning.c_str());
     std::fflush(err_);
   }
-  const std::string line = json_ ? JsonLine(result) : HumanLine(result, labelWidth_);
+  const std::string line = json_ ? JsonLine(result, job_) : HumanLine(result, labelWidth_);
   std::fprintf(out_, "%s\n", line.c_str());
   std::fflush(out_);
 }

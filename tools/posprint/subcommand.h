@@ -21,8 +21,10 @@ struct Subcommand {
   std::function<int()> run;  // the exit status
 };
 
-// posprint run: one print job on one printer.
+// posprint run: print jobs on one printer.
 Subcommand AddRunCommand(CLI::App& parent);
+// posprint models: the models and their configuration keys.
+Subcommand AddModelsCommand(CLI::App& parent);
 // posprint emulate: a virtual printer for other programs.
 Subcommand AddEmulateCommand(CLI::App& parent);
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "drivers/label/ZEBRA/zpl_io.h"
+#include "frame/command_format.h"
 #include "frame/status_query.h"
 #include "platform/clock.h"
 #include "platform/otool.h"
@@ -29,7 +30,7 @@ PrinterResult SendFormatted(const PortContext& ctx, const char* format, ...) {
   ZplState& state = State(ctx);
   va_list args;
   va_start(args, format);
-  const int length = std::vsnprintf(state.commandBuffer, sizeof state.commandBuffer, format, args);
+  const int length = FormatCommandV(state.commandBuffer, sizeof state.commandBuffer, format, args);
   va_end(args);
   if (length < 0 || static_cast<std::size_t>(length) >= sizeof state.commandBuffer) return kFailure;
   return Send(ctx, state.commandBuffer, static_cast<std::size_t>(length));

@@ -6,6 +6,7 @@
 
 #include "drivers/label/ZEBRA/zpl.h"
 #include "drivers/label/ZEBRA/zpl_io.h"
+#include "frame/command_format.h"
 #include "platform/codepage.h"
 
 namespace ZEBRA {
@@ -55,9 +56,9 @@ bool IsControl(unsigned char c) { return c < 0x20 || c == 0x7F; }
 int FormatBarcodeData(char* buffer, std::size_t size, int type, std::size_t count, const std::string& text) {
   if (type == kZplQrCode) {
     // ^FH: _hh escapes follow; ^FD MM,B nnnn: error correction M, manual input, byte mode, count
-    return std::snprintf(buffer, size, "^FH^FDMM,B%04u%s^FS", static_cast<unsigned>(count), text.c_str());
+    return FormatCommand(buffer, size, "^FH^FDMM,B%04u%s^FS", static_cast<unsigned>(count), text.c_str());
   }
-  return std::snprintf(buffer, size, "^FD%s^FS", text.c_str());
+  return FormatCommand(buffer, size, "^FD%s^FS", text.c_str());
 }
 
 }  // namespace
@@ -65,7 +66,7 @@ int FormatBarcodeData(char* buffer, std::size_t size, int type, std::size_t coun
 int zpl_BarcodeCommand(int type, std::uint8_t humanReadable, char* buffer, std::size_t size) {
   for (const Symbology& symbology : kSymbologies) {
     if (symbology.type != type) continue;
-    const int length = std::snprintf(buffer, size, symbology.format, humanReadable ? 'Y' : 'N');
+    const int length = FormatCommand(buffer, size, symbology.format, humanReadable ? 'Y' : 'N');
     return length < 0 || static_cast<std::size_t>(length) >= size ? 0 : length;
   }
   if (size > 0) buffer[0] = '\0';
@@ -78,7 +79,7 @@ int zpl_BarcodeDefaults(char* buffer, std::size_t size, std::uint32_t moduleWidt
   auto converted = std::to_chars(ratioText, ratioText + sizeof ratioText - 1, ratio, std::chars_format::fixed, 1);
   *converted.ptr = '\0';
   // ^BY w,r,h: module width, wide-to-narrow ratio, bar height (dots)
-  const int length = std::snprintf(buffer, size, "^BY%u,%s,%u", moduleWidth, ratioText, height);
+  const int length = FormatCommand(buffer, size, "^BY%u,%s,%u", moduleWidth, ratioText, height);
   return length < 0 || static_cast<std::size_t>(length) >= size ? 0 : length;
 }
 
@@ -157,7 +158,7 @@ PrinterResult zpl_Barcode(PortContext& ctx, std::string& data, int type, int hei
 PrinterResult zpl_RecallLogo(PortContext& ctx, Nx_Stringa fileName) {
   ZplState& state = State(ctx);
   const std::string baseName = fileName.TakeParameterFromLeft(L".").GetAscii(CodepageTranslator::kAnsi);
-  const int recallLength = std::snprintf(nullptr, 0, "^XGE:%s.GRF,1,1^FS", baseName.c_str());
+  const int recallLength = FormatCommand(nullptr, 0, "^XGE:%s.GRF,1,1^FS", baseName.c_str());
   if (recallLength < 0 || static_cast<std::size_t>(recallLength) >= sizeof state.commandBuffer) return kFailure;
   char origin[32];
   const int length = zpl_FieldOrigin(origin, sizeof origin, state.cursorX, state.cursorY, 0);

@@ -7,6 +7,7 @@
 
 #include "drivers/label/ZEBRA/zpl.h"
 #include "drivers/label/ZEBRA/zpl_io.h"
+#include "frame/command_format.h"
 
 namespace ZEBRA {
 
@@ -58,7 +59,7 @@ void NextLine(ZplState& state) {
 
 int zpl_FieldOrigin(char* buffer, std::size_t size, std::uint32_t x, std::uint32_t y, std::uint8_t mode) {
   // ^FT x,y: field typeset (baseline origin); ^FO x,y: field origin (top-left corner)
-  const int length = std::snprintf(buffer, size, mode == 1 ? "^FT%u,%u" : "^FO%u,%u", x, y);
+  const int length = FormatCommand(buffer, size, mode == 1 ? "^FT%u,%u" : "^FO%u,%u", x, y);
   return length < 0 || static_cast<std::size_t>(length) >= size ? 0 : length;
 }
 

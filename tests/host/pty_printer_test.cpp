@@ -35,33 +35,28 @@ class Port {
   int handle_ = -1;
 };
 
-TEST(PtyPrinter, RecordsEveryByteAsSentIncludingLineControlBytes) {
-  PtyPrinter printer;
-  ASSERT_TRUE(printer.Ok()) << printer.Error();
-  Port port(printer.PortName());
-  ASSERT_GE(port.Handle(), 0);
-  // CR, LF, NUL, XON, XOFF and 0xFF must cross the line untouched.
-  const std::string bytes = Hex("1B 40 0D 0A 00 11 13 FF 41 0A");
-  ASSERT_EQ(port.Write(bytes), 10);
-  ASSERT_TRUE(printer.WaitForBytes(10, 5000));
-  EXPECT_EQ(ToHex(printer.Received()), "1B 40 0D 0A 00 11 13 FF 41 0A");
-  EXPECT_EQ(printer.Line(), printer.Received());
-}
-
-TEST(PtyPrinter, AnswersEachRequestOnceWhenItIsComplete) {
+TEST(PtyPrinter, RecordsEveryByteAnswersEachRequestOnceAndSendsUnasked) {
   PtyPrinter printer(AnswerRequests({{Hex("10 04 02"), Hex("12")}, {Hex("10 04 04"), Hex("00")}}));
   ASSERT_TRUE(printer.Ok()) << printer.Error();
   Port port(printer.PortName());
-  // The request arrives in two writes; the answer comes once, after its last byte.
-  ASSERT_EQ(port.Write(Hex("1B 40 10 04")), 4);
-  ASSERT_TRUE(printer.WaitForBytes(4, 5000));
+  ASSERT_GE(port.Handle(), 0);
+  // CR, LF, NUL, XON, XOFF and 0xFF cross the line untouched; the request arrives in two
+  // writes and is answered once, after its last byte.
+  ASSERT_EQ(port.Write(Hex("1B 40 0D 0A 00 11 13 FF 10 04")), 10);
+  ASSERT_TRUE(printer.WaitForBytes(10, 5000));
   ASSERT_EQ(port.Write(Hex("02")), 1);
   EXPECT_EQ(ToHex(port.Read(1)), "12");
   ASSERT_EQ(port.Write(Hex("10 04 04")), 3);
   EXPECT_EQ(ToHex(port.Read(1)), "00");
-  // Nothing more was answered.
+  EXPECT_EQ(ToHex(printer.Received()), "1B 40 0D 0A 00 11 13 FF 10 04 02 10 04 04");
+  EXPECT_EQ(printer.Line(), printer.Received());
+  printer.Send(Hex("13"));
+  EXPECT_EQ(ToHex(port.Read(1)), "13");  // unasked, and nothing more was answered
   otool_IOCTL(port.Handle(), kPortSetReadTimeout, 100);
   EXPECT_EQ(port.Read(1), "");
+  printer.Stop();
+  printer.Stop();  // stopping twice is harmless
+  EXPECT_EQ(port.Write(Hex("0A")), 1);  // the line stays open after the printer stopped
 }
 
 TEST(PtyPrinter, FollowsAScrambledModeSwitchedMidSession) {
@@ -69,31 +64,17 @@ TEST(PtyPrinter, FollowsAScrambledModeSwitchedMidSession) {
   // The printer takes up key 203 when it is told so with ESC 0xF9 0xCB (sent in plain).
   printer.SetResponder([&printer](const std::string& received) -> std::string {
     if (EndsWith(received, Hex("1B F9 CB"))) printer.SetScrambleKey(0xCB);
-    if (EndsWith(received, Hex("10 04 02"))) return Hex("12");
-    return "";
+    return EndsWith(received, Hex("10 04 02")) ? Hex("12") : "";
   });
   ASSERT_TRUE(printer.Ok()) << printer.Error();
   Port port(printer.PortName());
   const int key[] = {0xCB};
-  // The command and the first scrambled request in one write: the switch must fall
-  // exactly between them.
   ASSERT_EQ(port.Write(Hex("1B F9 CB")), 3);
   ASSERT_EQ(otool_IOCTL(port.Handle(), kPortScramble, static_cast<const void*>(key)), 0);
   ASSERT_EQ(port.Write(Hex("10 04 02")), 3);
   EXPECT_EQ(ToHex(port.Read(1)), "12");  // went over the line as 12 ^ CB = D9
   EXPECT_EQ(ToHex(printer.Line()), "1B F9 CB DB CF C9");
   EXPECT_EQ(ToHex(printer.Received()), "1B F9 CB 10 04 02");
-}
-
-TEST(PtyPrinter, SendsUnaskedBytesAndStops) {
-  PtyPrinter printer;
-  ASSERT_TRUE(printer.Ok()) << printer.Error();
-  Port port(printer.PortName());
-  printer.Send(Hex("13"));
-  EXPECT_EQ(ToHex(port.Read(1)), "13");
-  printer.Stop();
-  printer.Stop();  // stopping twice is harmless
-  EXPECT_EQ(port.Write(Hex("0A")), 1);  // the line stays open after the printer stopped
 }
 
 }  // namespace

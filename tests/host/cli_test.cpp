@@ -20,7 +20,6 @@ TEST(Refusals, NothingRunsAndTheProblemIsNamed) {
   TempDir dir;
   const std::string job = dir.Write("job.xml", Job(Command("INIT_PRINTER") + Command("STOP_PRINTER")));
   dir.Write("broken.xml", "<Job><Command name=\"INIT_PRINTER\"></Job>");
-  dir.Write("empty.xml", "");
   dir.Write("stray.xml", Job(Command("INIT_PRINTER") + "<Cmd name=\"CHECK\"/>"));
   dir.Write("nameless.xml", Job(Command("INIT_PRINTER") + "<Command Name=\"CHECK\"/>"));
   dir.Write("no-equals.params", "# sensors\nparam_EndPaperSensor=FALSE\nparam_CutType val_Partial\n");
@@ -42,7 +41,6 @@ TEST(Refusals, NothingRunsAndTheProblemIsNamed) {
       {"a missing second job file", {job, d + "missing.xml"}, "missing.xml: cannot open"},
       {"job is a directory", {d + "folder.xml"}, "folder.xml: is a directory"},
       {"malformed job", {d + "broken.xml"}, "broken.xml: "},
-      {"no element", {d + "empty.xml"}, "empty.xml: "},
       {"other element", {d + "stray.xml"}, "element 2 <Cmd>"},
       {"no name attribute", {d + "nameless.xml"}, "element 2 <Command>: the attribute name is missing"},
       {"missing params file", {"--params", d + "none.params", job}, "none.params: cannot open"},

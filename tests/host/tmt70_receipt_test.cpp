@@ -14,15 +14,6 @@ namespace {
 
 const std::string kExamples = std::string(POSPRINT_SOURCE_DIR) + "/examples";
 
-// DLE EOT 2 and DLE EOT 4 answered with only their fixed bits (1 and 4): online, cover
-// closed, paper present.
-PtyPrinter::Responder ReadyTmt70() {
-  return AnswerRequests({{Hex("10 04 02"), Hex("12")}, {Hex("10 04 04"), Hex("12")}});
-}
-
-std::string Spaces(std::size_t n) { return std::string(n, ' '); }
-std::string Repeat(char c, std::size_t n) { return std::string(n, c); }
-
 const std::string kCrLf = Hex("0D 0A");
 // ESC { 0 (not upside down), ESC ! n (print mode): the set-up before each text field.
 std::string TextMode(const char* mode) { return Hex("1B 7B 00 1B 21") + Hex(mode); }
@@ -36,20 +27,20 @@ struct ReceiptBytes {
   std::string afterLogo =
       Hex("1B 32")  // ESC 2: default line spacing
       // Title, double height, centred on 42 columns; É is 90 in code page 437.
-      + TextMode("10") + Spaces(15) + "CAF\x90 DU COIN" + kCrLf
+      + TextMode("10") + std::string(15, ' ') + "CAF\x90 DU COIN" + kCrLf
       // Address lines, centred; é is 82.
-      + TextMode("00") + Spaces(11) + "12 place de la Gare" + kCrLf + Spaces(11) + "T\x82l. 01 23 45 67 89" + kCrLf
+      + TextMode("00") + std::string(11, ' ') + "12 place de la Gare" + kCrLf + std::string(11, ' ') + "T\x82l. 01 23 45 67 89" + kCrLf
       + kCrLf  // LINEFEED 1
       // Items: left text, '.' fill, right text on 42 columns; è is 8A, à is 85.
-      + TextMode("00") + "2 x Caf\x82 cr\x8Ame" + Repeat('.', 24) + "5.00" + kCrLf  //
-      + "Croissant" + Repeat('.', 29) + "1.90" + kCrLf                              //
-      + "Pain au chocolat" + Repeat('.', 22) + "2.10" + kCrLf                       //
-      + "Th\x82 \x85 la menthe" + Repeat('.', 23) + "3.20" + kCrLf                  //
-      + TextMode("00") + Repeat('=', 42) + kCrLf                                     // LINE
+      + TextMode("00") + "2 x Caf\x82 cr\x8Ame" + std::string(24, '.') + "5.00" + kCrLf  //
+      + "Croissant" + std::string(29, '.') + "1.90" + kCrLf                              //
+      + "Pain au chocolat" + std::string(22, '.') + "2.10" + kCrLf                       //
+      + "Th\x82 \x85 la menthe" + std::string(23, '.') + "3.20" + kCrLf                  //
+      + TextMode("00") + std::string(42, '=') + kCrLf                                     // LINE
       // Total: double width and bold, so 21 columns.
-      + TextMode("28") + "TOTAL" + Spaces(11) + "12.20" + kCrLf  //
+      + TextMode("28") + "TOTAL" + std::string(11, ' ') + "12.20" + kCrLf  //
       + kCrLf                                                    // LINEFEED 1
-      + TextMode("00") + Spaces(11) + "Merci et \x85 bient\x93t !" + kCrLf
+      + TextMode("00") + std::string(11, ' ') + "Merci et \x85 bient\x93t !" + kCrLf
       // BARCODE: never rotated (ESC { 0, ESC V 0), print mode reset, GS f 1 (HRI font B),
       // GS H 2 (HRI below), GS h 80 (10 mm), GS w 3, ESC a 1 (centred),
       // GS k 73 with 15 bytes: "{B" (code set B) and the data, ESC a 0.
@@ -61,7 +52,8 @@ struct ReceiptBytes {
 };
 
 TEST(Tmt70Receipt, SampleReceiptBytesAndJsonLines) {
-  PtyPrinter printer(ReadyTmt70());
+  // DLE EOT 2 and DLE EOT 4 answered with their fixed bits (1 and 4): online, cover closed, paper present.
+  PtyPrinter printer(AnswerRequests({{Hex("10 04 02"), Hex("12")}, {Hex("10 04 04"), Hex("12")}}));
   ASSERT_TRUE(printer.Ok()) << printer.Error();
   const ProgramRun run = Posprint({"run", "--json", "--model", "TMT70", "--port", printer.PortName(), "--params",
                                    kExamples + "/receipt.params", kExamples + "/receipt.xml"});

@@ -33,9 +33,9 @@ class ProbeDriver : public DriverBase {
 
 class Dispatch : public ::testing::Test {
  protected:
-  bool Run(const wchar_t* command) {
+  bool Run(const wchar_t* command, IXMLDOMNodePtr node = IXMLDOMNodePtr()) {
     driver.ClearErrors();
-    return driver.ExecuteCommand(&parser, command, IXMLDOMNodePtr(), port.Name());
+    return driver.ExecuteCommand(&parser, command, node, port.Name());
   }
   std::vector<int> Errors() const { return driver.RecordedErrors(); }
 
@@ -52,12 +52,9 @@ TEST_F(Dispatch, UnknownEmptyAndOwnCommandsSucceedSilently) {
   EXPECT_EQ(port.Opens(), 0);
 }
 
-TEST_F(Dispatch, CheckBeforeInitRecordsThreeThenOne) {
+TEST_F(Dispatch, CommandsBeforeInitRecordThree) {
   EXPECT_FALSE(Run(L"CHECK"));
-  EXPECT_EQ(Errors(), (std::vector<int>{3, 1}));
-}
-
-TEST_F(Dispatch, EndPrintBeforeInitRecordsThree) {
+  EXPECT_EQ(Errors(), (std::vector<int>{3, 1}));  // not open, then the status it could not read
   EXPECT_FALSE(Run(L"STOP_PRINT"));
   EXPECT_EQ(Errors(), (std::vector<int>{3}));
 }
@@ -73,60 +70,44 @@ TEST_F(Dispatch, InitOpensOnceAndHandsOverTheTimeouts) {
   EXPECT_EQ(writeTimeout, 5000);
 }
 
-TEST_F(Dispatch, PortThatWillNotOpenRecords71) {
-  port.FailOpen();
-  EXPECT_FALSE(Run(L"INIT_PRINTER"));
-  EXPECT_EQ(Errors(), (std::vector<int>{71}));
-  EXPECT_FALSE(driver.IsOpen());
-}
-
-TEST_F(Dispatch, StopPrinterTwiceSucceedsBothTimes) {
+TEST_F(Dispatch, CloseTwiceSucceedsAFailedCloseRecordsTwoAndAFailedOpen71) {
   ASSERT_TRUE(Run(L"INIT_PRINTER"));
   EXPECT_TRUE(Run(L"STOP_PRINTER"));
   EXPECT_FALSE(port.IsOpen());
   EXPECT_TRUE(Run(L"STOP_PRINTER"));
   EXPECT_TRUE(Errors().empty());
-}
-
-TEST_F(Dispatch, FailedCloseRecordsTwoAndStaysOpen) {
   ASSERT_TRUE(Run(L"INIT_PRINTER"));
   port.FailClose();
   EXPECT_FALSE(Run(L"STOP_PRINTER"));
   EXPECT_EQ(Errors(), (std::vector<int>{2}));
   EXPECT_TRUE(driver.IsOpen());
+  ProbeDriver fresh;
+  port.FailOpen();
+  EXPECT_FALSE(fresh.ExecuteCommand(&parser, L"INIT_PRINTER", IXMLDOMNodePtr(), port.Name()));
+  EXPECT_EQ(fresh.RecordedErrors(), (std::vector<int>{71}));
+  EXPECT_FALSE(fresh.IsOpen());
 }
 
-TEST_F(Dispatch, CheckReportsStatusAndMapsLowValuesTo150) {
+// CHECK reports the status (below 100 it is 150); STOP_PRINT reports the end of the ticket.
+TEST_F(Dispatch, CheckAndStopPrintReportWhatTheDriverSays) {
   ASSERT_TRUE(Run(L"INIT_PRINTER"));
-  struct Row { int status; bool ok; std::vector<int> errors; };
-  const Row rows[] = {{100, true, {}}, {102, false, {102}}, {0, false, {150}}, {99, false, {150}}, {101, false, {101}}};
+  struct Row { const wchar_t* command; int value; bool ok; std::vector<int> errors; };
+  const Row rows[] = {{L"CHECK", 100, true, {}},       {L"CHECK", 102, false, {102}}, {L"CHECK", 0, false, {150}},
+                      {L"CHECK", 99, false, {150}},    {L"CHECK", 101, false, {101}}, {L"STOP_PRINT", 1, true, {}},
+                      {L"STOP_PRINT", 0, false, {}}, {L"STOP_PRINT", 13, false, {13}}};
   for (const Row& r : rows) {
-    driver.status = r.status;
-    EXPECT_EQ(Run(L"CHECK"), r.ok) << r.status;
-    EXPECT_EQ(Errors(), r.errors) << r.status;
-  }
-}
-
-TEST_F(Dispatch, StopPrintEndsThroughEndPrint) {
-  ASSERT_TRUE(Run(L"INIT_PRINTER"));
-  struct Row { PrinterResult end; bool ok; std::vector<int> errors; };
-  const Row rows[] = {{1, true, {}}, {0, false, {}}, {13, false, {13}}};
-  for (const Row& r : rows) {
-    driver.endResult = r.end;
-    EXPECT_EQ(Run(L"STOP_PRINT"), r.ok) << r.end;
-    EXPECT_EQ(Errors(), r.errors) << r.end;
+    (r.command[0] == L'C' ? driver.status : driver.endResult) = r.value;
+    EXPECT_EQ(Run(r.command), r.ok) << r.value;
+    EXPECT_EQ(Errors(), r.errors) << r.value;
   }
   EXPECT_EQ(driver.ends, 3);
 }
 
 TEST_F(Dispatch, FieldsNeedAnOpenPort) {
   ASSERT_TRUE(parser.LoadString("<Job><LINE Char='='/><FOOTER/></Job>", nullptr));
-  IXMLDOMNodePtr line = parser.GetFirstChild(parser.Root(), L"LINE");
-  EXPECT_FALSE(driver.ExecuteCommand(&parser, L"NEWPRINT", line, port.Name()));
+  EXPECT_FALSE(Run(L"NEWPRINT", parser.GetFirstChild(parser.Root(), L"LINE")));
   EXPECT_EQ(Errors(), (std::vector<int>{3}));
-  driver.ClearErrors();
-  IXMLDOMNodePtr footer = parser.GetFirstChild(parser.Root(), L"FOOTER");
-  EXPECT_TRUE(driver.ExecuteCommand(&parser, L"NewPrint", footer, port.Name()));
+  EXPECT_TRUE(Run(L"NewPrint", parser.GetFirstChild(parser.Root(), L"FOOTER")));  // nothing to print
   EXPECT_TRUE(Errors().empty());
 }
 
@@ -136,18 +117,6 @@ TEST(Configure, FailedAllocationRecords12AndLeavesNoBlock) {
   driver.Configure(Nx_Smartp<IParameterCollection>(new ParameterCollection()));
   EXPECT_EQ(driver.RecordedErrors(), (std::vector<int>{12}));
   EXPECT_EQ(driver.ConfigBlock(), nullptr);
-}
-
-TEST(Identity, ConstructorFillsTheCommonState) {
-  ProbeDriver driver;
-  Nx_Stringa name;
-  driver.GetComponentName(name);
-  EXPECT_EQ(name, L"KpSTB112");
-  EXPECT_EQ(driver.Info().modelName, L"STB112");
-  EXPECT_EQ(driver.Info().flagA, 1);
-  EXPECT_EQ(driver.Info().flagB, 0);
-  EXPECT_STREQ(driver.Info().terminator, "\r\n");
-  EXPECT_FALSE(driver.IsOpen());
 }
 
 TEST(AtoiText, LeadingDigitsOnly) {

@@ -20,32 +20,12 @@ namespace {
 // How long the connection may take to come up, for each address the name resolves to.
 constexpr int kConnectTimeoutMs = 3000;
 
-class TcpPort : public PortBackend {
+class TcpPort : public FdPort {
  public:
-  explicit TcpPort(int fd) : fd_(fd) {}
-  ~TcpPort() override { Close(); }
-
-  int Read(char* buffer, int count, int timeoutMs) override {
-    return fd_ < 0 ? -1 : ReadWithGap(fd_, buffer, count, timeoutMs);
-  }
-
-  int Write(const char* buffer, int count, int timeoutMs) override {
-    return fd_ < 0 ? -1 : WriteAll(fd_, buffer, count, timeoutMs, true);
-  }
-
-  int Purge() override { return fd_ < 0 ? -1 : DiscardPendingInput(fd_, false); }
+  explicit TcpPort(int fd) : FdPort(fd, true) {}
 
   // A TCP stream has its own flow control: the XON/XOFF bit is only remembered.
   bool SetFlowControl(bool) override { return fd_ >= 0; }
-
-  bool Close() override {
-    if (fd_ < 0) return true;
-    const int fd = std::exchange(fd_, -1);
-    return ::close(fd) == 0;
-  }
-
- private:
-  int fd_;
 };
 
 bool SplitHostPort(const std::string& text, std::string& host, std::string& port) {

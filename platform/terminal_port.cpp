@@ -46,20 +46,9 @@ std::optional<speed_t> BaudCode(const std::string& digits) {
   return std::nullopt;
 }
 
-class TerminalPort : public PortBackend {
+class TerminalPort : public FdPort {
  public:
-  explicit TerminalPort(int fd) : fd_(fd) {}
-  ~TerminalPort() override { Close(); }
-
-  int Read(char* buffer, int count, int timeoutMs) override {
-    return fd_ < 0 ? -1 : ReadWithGap(fd_, buffer, count, timeoutMs);
-  }
-
-  int Write(const char* buffer, int count, int timeoutMs) override {
-    return fd_ < 0 ? -1 : WriteAll(fd_, buffer, count, timeoutMs, false);
-  }
-
-  int Purge() override { return fd_ < 0 ? -1 : DiscardPendingInput(fd_, true); }
+  explicit TerminalPort(int fd) : FdPort(fd, false) {}
 
   // With IXON the terminal driver itself stops sending at the printer's XOFF (DC3, 0x13)
   // and resumes at XON (DC1, 0x11); those two bytes are then not handed to reads.
@@ -73,15 +62,6 @@ class TerminalPort : public PortBackend {
     settings.c_cc[VSTOP] = 0x13;
     return ::tcsetattr(fd_, TCSANOW, &settings) == 0;
   }
-
-  bool Close() override {
-    if (fd_ < 0) return true;
-    const int fd = std::exchange(fd_, -1);
-    return ::close(fd) == 0;
-  }
-
- private:
-  int fd_;
 };
 
 bool MakeRaw(int fd, std::optional<speed_t> speed) {

@@ -142,7 +142,9 @@ class EscPosPrinter : public Interpreter {
     }
     switch (b) {
       case 0x0A: PrintLine(); return 1;        // LF: print the line and feed
-      case 0x0D: return 1;                     // CR: the line ends at LF
+      case 0x0D:                               // CR: the line ends at LF, but on the PLUS
+        if (profile_.carriageReturnFeeds) PrintLine();
+        return 1;
       case 0x00: return 1;                     // NUL: nothing
       case 0x09: Tab(); return 1;              // HT
       case 0x0C: FormFeed(); return 1;         // FF

@@ -67,6 +67,7 @@ struct ModelProfile {
   bool identifies;      // GS I n answers; the answer to GS I 1 switches to scrambled
   bool escC1TakesParameter;  // ESC 0xC1 f (VKP80II) or ESC 0xC1 alone (STB family)
   int barModule;             // GS w at power-on: dots a narrow bar
+  bool carriageReturnFeeds;  // CR prints the line and feeds, like LF (the PLUS's line end)
 };
 
 // By model name ("TMT70"), component name ("KpTMT70") or "Q1", in any letter case.

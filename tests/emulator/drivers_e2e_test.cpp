@@ -27,6 +27,7 @@ APrinter* create_STB60Driver();
 APrinter* create_STB80Driver();
 APrinter* create_Q1Driver();
 APrinter* create_KpZEBRA();
+APrinter* create_KpPLUS();
 }
 
 namespace emulator_test {
@@ -42,6 +43,7 @@ const Model kModels[] = {
     {L"TMT70", create_KpTMT70},     {L"VKP80II", create_KpVKP80II},   {L"TM300", create_KpTM300},
     {L"TM295", create_KpTM295},     {L"STB112", create_STB112Driver}, {L"STB60", create_STB60Driver},
     {L"STB80", create_STB80Driver}, {L"QSeries", create_Q1Driver},    {L"ZEBRA", create_KpZEBRA},
+    {L"PLUS", create_KpPLUS},
 };
 
 struct Outcome {
@@ -112,6 +114,7 @@ TEST(DriverStatus, CheckReportsEveryPrinterState) {
       /* STB80 */ {{}, {104}, {102}, {105}, {}, {101}},
       /* QSeries */ {{}, {104}, {102}, {105}, {}, {101}},
       /* ZEBRA */ {{}, {}, {112}, {105}, {110}, {101}},
+      /* PLUS */ {{}, {113}, {102}, {105}, {108}, {101}},
   };
   const std::string job = "<Job><Command name='INIT_PRINTER'/><Command name='CHECK'/><Command name='STOP_PRINTER'/></Job>";
   for (std::size_t m = 0; m < std::size(kModels); ++m) {
@@ -160,6 +163,7 @@ TEST(DriverSamples, EveryModelPrintsTheSampleJob) {
       {L"STB80", "receipt.xml", ticket},
       {L"QSeries", "receipt.xml", ticket},
       {L"ZEBRA", "label.xml", {"TKT0001234567", "https://example.com/t/1234"}},
+      {L"PLUS", "receipt.xml", ticket},
   };
   posprint::SetLogoDirectory(std::string(POSPRINT_SOURCE_DIR) + "/examples");
   for (const Case& c : cases) {
@@ -208,6 +212,7 @@ TEST(DriverSamples, LogosAtTheSizeAndPlaceOfEachModelsPictureCommand) {
       {L"TMT70", {68, 0, 256, 120}},   // ESC * 8-dot single density: 2 x 3 dots a pixel, at the left
       {L"VKP80II", {266, 0, 128, 40}},  // GS v 0 normal size, 32 margin bytes on a 640-dot line
       {L"STB112", {320, 0, 256, 80}},   // GS v 0 double size: 18 margin bytes (288 dots) centre it on 832
+      {L"PLUS", {256, 0, 128, 40}},     // ESC * 24-dot double density, centred by ESC a 1 on 576 of 640
   };
   posprint::SetLogoDirectory(std::string(POSPRINT_SOURCE_DIR) + "/examples");
   for (const Case& c : cases) {

@@ -165,21 +165,24 @@ namespace {
 constexpr std::uint32_t kNoAnswer = kFlagNoAnswer;      // silent printer, or a failed write
 constexpr std::uint32_t kMalformed = kFlagUnsolicited;  // an answer that is not a ~HS string
 
-// The longest read of one answer.
-constexpr int kAnswerReadMax = 99;
+// The lengths of the three strings, framing included.
+constexpr std::size_t kFirstStringLength = 36;
+constexpr std::size_t kThirdStringLength = 10;
 
 // ~HS answers three strings, each <STX> ... <ETX><CR><LF>. A printer may send them in one
 // burst or with pauses between, so one read may carry more than one string: a string
 // ends after its LF, and what follows waits for the next string.
+// Each read asks for just the string expected next: a serial read that wants more than
+// has come waits for the line to fall quiet, which would add that pause to every CHECK.
 class AnswerReader {
  public:
   explicit AnswerReader(PortContext& ctx) : ctx_(ctx) {}
 
   // False when the port gave nothing; else the next string, in the command buffer.
-  bool Next(std::string& answer) {
+  bool Next(std::string& answer, std::size_t expectedLength) {
     if (pending_.empty()) {
       char* buffer = State(ctx_).commandBuffer;
-      const int got = otool_READ(ctx_.handle, buffer, kAnswerReadMax);
+      const int got = otool_READ(ctx_.handle, buffer, static_cast<int>(expectedLength));
       if (got <= 0) return false;
       pending_.assign(buffer, static_cast<std::size_t>(got));
     }
@@ -197,7 +200,7 @@ class AnswerReader {
 
 // The framing of the first two strings: 36 bytes, STX, ETX, CR, LF.
 bool IsFramedStatusString(const std::string& answer) {
-  return answer.size() == 36 && answer[0] == '\x02' && answer[33] == '\x03' && answer[34] == '\r' &&
+  return answer.size() == kFirstStringLength && answer[0] == '\x02' && answer[33] == '\x03' && answer[34] == '\r' &&
          answer[35] == '\n';
 }
 
@@ -245,7 +248,7 @@ char zpl_QueryStatus(PortContext& ctx) {
     return kZplError;
   };
 
-  if (!reader.Next(answer)) return silent();
+  if (!reader.Next(answer, kFirstStringLength)) return silent();
   if (IsFramedStatusString(answer)) {
     result = DecodeFirstString(answer);
   } else {
@@ -253,14 +256,15 @@ char zpl_QueryStatus(PortContext& ctx) {
     result = kZplError;
   }
   // The second string (function settings, memory) only has to be framed.
-  if (!reader.Next(answer)) return silent();
+  if (!reader.Next(answer, kFirstStringLength)) return silent();
   if (!IsFramedStatusString(answer)) {
     ctx.statusFlags |= kMalformed;
     result = kZplError;
   }
   // The third string (password, static RAM): <STX>xxxx,y<ETX><CR><LF>.
-  if (!reader.Next(answer)) return silent();
-  if (answer.size() != 10) {
+  if (!reader.Next(answer, kThirdStringLength)) return silent();
+  // Read to its expected length, a longer string shows as ten bytes that do not end in LF.
+  if (answer.size() != kThirdStringLength || answer.back() != '\n') {
     ctx.statusFlags |= kMalformed;
     result = kZplError;
   }

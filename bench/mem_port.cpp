@@ -35,7 +35,15 @@ std::map<std::string, const PrinterAnswers*>& AnswerTables() {
 
 class MemoryBackend : public PortBackend {
  public:
-  explicit MemoryBackend(const PrinterAnswers* answers) : answers_(answers) {}
+  explicit MemoryBackend(const PrinterAnswers* answers) : answers_(answers) {
+    if (!answers) return;
+    for (const PrinterAnswer& rule : answers->rules) {
+      if (rule.request.empty()) continue;
+      const auto last = static_cast<unsigned char>(rule.request.back());
+      requestEnds_[last] = true;
+      requestEnds_[last ^ answers->scrambleKey] = true;
+    }
+  }
 
   // An answer is one burst: a read takes what it asks for of it, the rest stays for the
   // next read.
@@ -63,7 +71,10 @@ class MemoryBackend : public PortBackend {
     line.totals.bytes += n;
     ++line.totals.writes;
     // A request goes out in one write: the printer answers when a write ends with one.
-    if (answers_ && n <= kLongestRequest && AnswerOnLine(*answers_, std::string_view(bytes, n), answer_)) {
+    // Only a write whose last byte can end a request is matched, so that the printer's
+    // side costs next to nothing while the driver prints.
+    if (answers_ && n > 0 && n <= kLongestRequest && requestEnds_[static_cast<unsigned char>(bytes[n - 1])] &&
+        AnswerOnLine(*answers_, std::string_view(bytes, n), answer_)) {
       pending_ = &answer_;
       taken_ = 0;
     }
@@ -82,6 +93,7 @@ class MemoryBackend : public PortBackend {
   // Status requests are short; longer writes are print data.
   static constexpr std::size_t kLongestRequest = 8;
   const PrinterAnswers* answers_;
+  bool requestEnds_[256] = {};  // the last bytes of the requests, plain and scrambled
   std::string answer_;  // its storage is reused: answers are short
   const std::string* pending_ = nullptr;
   std::size_t taken_ = 0;

@@ -84,11 +84,16 @@ Nx_Stringa Nx_Stringa::FromUtf8(std::string_view utf8) {
 void Nx_Stringa::AssignUtf8(std::string_view utf8) {
   // A wide string never has more characters than its UTF-8 form has bytes.
   text_.resize(utf8.size());
+  wchar_t* out = text_.data();
   std::size_t length = 0;
   for (std::size_t i = 0; i < utf8.size();) {
-    wchar_t ch;
-    i += DecodeOne(utf8, i, ch);
-    text_[length++] = ch;
+    const unsigned char byte = static_cast<unsigned char>(utf8[i]);
+    if (byte < 0x80) {  // most of a ticket's text is ASCII: one byte, one character
+      out[length++] = static_cast<wchar_t>(byte);
+      ++i;
+      continue;
+    }
+    i += DecodeOne(utf8, i, out[length++]);
   }
   text_.resize(length);
 }
@@ -113,15 +118,16 @@ Nx_Stringa Nx_Stringa::Upper() const {
 }
 
 std::string Nx_Stringa::GetAscii(int codePage) const {
-  std::string out;
-  out.reserve(text_.size());
-  for (wchar_t ch : text_) {
+  // One byte a character, always: the bytes are written in place.
+  std::string out(text_.size(), '\0');
+  for (std::size_t i = 0; i < text_.size(); ++i) {
+    const wchar_t ch = text_[i];
     if (ch >= 0 && ch < 0x80) {
-      out += static_cast<char>(ch);  // ASCII is the same in every code page
+      out[i] = static_cast<char>(ch);  // ASCII is the same in every code page
     } else if (CodepageTranslator::CanEncode(codePage, ch)) {
-      out += CodepageTranslator::Encode(codePage, ch);
+      out[i] = CodepageTranslator::Encode(codePage, ch);
     } else {
-      out += '?';
+      out[i] = '?';
       posprint::NoteSubstitution(ch, codePage);
     }
   }

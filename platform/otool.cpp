@@ -2,6 +2,7 @@
 // belong to the line whatever carries it (time-outs, the state word, scrambling).
 #include "platform/otool.h"
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -17,39 +18,68 @@ namespace {
 // Until a driver sets them, reads and writes give up after one second.
 constexpr int kDefaultTimeoutMs = 1000;
 
+// At most this many ports are open at once in one process; a terminal drives a handful.
+constexpr int kMaxOpenPorts = 1024;
+
+enum SlotState : int { kFree = 0, kOpening, kOpen };
+
+// One slot a handle. Slots last as long as the process, so a call reaches its port without
+// a table lock or a reference count: with a hundred writes a ticket, those would cost more
+// than the driver's own work. The slot's lock keeps one call at a time on the port, and a
+// call through a handle whose port was closed finds the slot not open. Every member starts
+// as zero, so the table needs no initialising: the defaults are set when a port opens.
 struct OpenPort {
   std::unique_ptr<PortBackend> backend;
-  int readTimeoutMs = kDefaultTimeoutMs;
-  int writeTimeoutMs = kDefaultTimeoutMs;
-  int stateWord = 0;
-  unsigned char scrambleKey = 0;  // 0: plain line
-  std::mutex mutex;               // one call at a time on one port
+  int readTimeoutMs;
+  int writeTimeoutMs;
+  int stateWord;
+  unsigned char scrambleKey;  // 0: plain line
+  std::mutex mutex;           // one call at a time on one port
+  std::atomic<int> state;     // SlotState
 };
 
-std::mutex tableMutex;
-std::vector<std::shared_ptr<OpenPort>> table;
+OpenPort slots[kMaxOpenPorts];
 
-std::shared_ptr<OpenPort> Find(int handle) {
-  std::lock_guard<std::mutex> lock(tableMutex);
-  if (handle < 0 || static_cast<std::size_t>(handle) >= table.size()) return nullptr;
-  return table[handle];
-}
-
-int Insert(std::shared_ptr<OpenPort> port) {
-  std::lock_guard<std::mutex> lock(tableMutex);
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    if (!table[i]) {
-      table[i] = std::move(port);
-      return static_cast<int>(i);
-    }
+// The port behind a handle, locked for one call; false when the handle names no open port.
+class LockedPort {
+ public:
+  explicit LockedPort(int handle) {
+    if (handle < 0 || handle >= kMaxOpenPorts) return;
+    OpenPort& slot = slots[handle];
+    lock_ = std::unique_lock<std::mutex>(slot.mutex);
+    if (slot.state.load(std::memory_order_acquire) == kOpen) port_ = &slot;
   }
-  table.push_back(std::move(port));
-  return static_cast<int>(table.size() - 1);
+  explicit operator bool() const { return port_ != nullptr; }
+  OpenPort* operator->() const { return port_; }
+  OpenPort& operator*() const { return *port_; }
+
+ private:
+  std::unique_lock<std::mutex> lock_;
+  OpenPort* port_ = nullptr;
+};
+
+// Puts the back-end in a free slot; its handle, or -1 when every slot is taken.
+int Insert(std::unique_ptr<PortBackend> backend) {
+  for (int handle = 0; handle < kMaxOpenPorts; ++handle) {
+    OpenPort& slot = slots[handle];
+    int expected = kFree;
+    if (!slot.state.compare_exchange_strong(expected, kOpening)) continue;
+    std::lock_guard<std::mutex> lock(slot.mutex);
+    slot.backend = std::move(backend);
+    slot.readTimeoutMs = kDefaultTimeoutMs;
+    slot.writeTimeoutMs = kDefaultTimeoutMs;
+    slot.stateWord = 0;
+    slot.scrambleKey = 0;
+    slot.state.store(kOpen, std::memory_order_release);
+    return handle;
+  }
+  return -1;
 }
 
-void Remove(int handle, const std::shared_ptr<OpenPort>& port) {
-  std::lock_guard<std::mutex> lock(tableMutex);
-  if (table[handle] == port) table[handle].reset();
+// Under the slot's lock: the port is gone, the slot free for the next one.
+void Release(OpenPort& port) {
+  port.backend.reset();
+  port.state.store(kFree, std::memory_order_release);
 }
 
 int SetState(OpenPort& port, int word) {
@@ -106,8 +136,7 @@ void Scramble(char* bytes, int count, unsigned char key) {
 }  // namespace
 }  // namespace posprint
 
-using posprint::Find;
-using posprint::OpenPort;
+using posprint::LockedPort;
 
 int otool_OPEN(const wchar_t* name, int mode, void* event) {
   (void)mode;   // ports are always opened for reading and writing
@@ -115,24 +144,20 @@ int otool_OPEN(const wchar_t* name, int mode, void* event) {
   if (name == nullptr) return -1;
   auto backend = posprint::OpenPortBackend(Nx_Stringa(name).ToUtf8());
   if (!backend) return -1;
-  auto port = std::make_shared<OpenPort>();
-  port->backend = std::move(backend);
-  return posprint::Insert(std::move(port));
+  return posprint::Insert(std::move(backend));
 }
 
 int otool_READ(int handle, char* buffer, int count) {
-  auto port = Find(handle);
+  LockedPort port(handle);
   if (!port || buffer == nullptr || count < 0) return -1;
-  std::lock_guard<std::mutex> lock(port->mutex);
   const int got = port->backend->Read(buffer, count, port->readTimeoutMs);
   if (got > 0 && port->scrambleKey != 0) posprint::Scramble(buffer, got, port->scrambleKey);
   return got;
 }
 
 int otool_WRITE(int handle, const char* buffer, int count) {
-  auto port = Find(handle);
+  LockedPort port(handle);
   if (!port || (buffer == nullptr && count != 0) || count < 0) return -1;
-  std::lock_guard<std::mutex> lock(port->mutex);
   int written;
   if (port->scrambleKey == 0 || count == 0) {
     written = port->backend->Write(buffer, count, port->writeTimeoutMs);
@@ -146,16 +171,14 @@ int otool_WRITE(int handle, const char* buffer, int count) {
 }
 
 int otool_IOCTL(int handle, int request, int value) {
-  auto port = Find(handle);
+  LockedPort port(handle);
   if (!port) return -1;
-  std::lock_guard<std::mutex> lock(port->mutex);
   return posprint::SetRequest(*port, request, value);
 }
 
 int otool_IOCTL(int handle, int request, void* data) {
-  auto port = Find(handle);
+  LockedPort port(handle);
   if (!port) return -1;
-  std::lock_guard<std::mutex> lock(port->mutex);
   if (posprint::IsGetRequest(request)) {
     if (data == nullptr) return -1;
     return posprint::GetRequest(*port, request, static_cast<int*>(data));
@@ -168,9 +191,8 @@ int otool_IOCTL(int handle, int request, void* data) {
 }
 
 int otool_IOCTL(int handle, int request, const void* data) {
-  auto port = Find(handle);
+  LockedPort port(handle);
   if (!port) return -1;
-  std::lock_guard<std::mutex> lock(port->mutex);
   if (posprint::IsGetRequest(request)) return -1;  // nowhere to put the answer
   if (data == nullptr) return request == kPortPurge || request == kPortSetInputBuffer
                                   ? posprint::SetRequest(*port, request, 0)
@@ -179,12 +201,11 @@ int otool_IOCTL(int handle, int request, const void* data) {
 }
 
 int otool_CLOSE(int handle) {
-  auto port = Find(handle);
+  LockedPort port(handle);
   if (!port) return 0;
-  std::lock_guard<std::mutex> lock(port->mutex);
   // A port that failed to close keeps its handle: the caller still holds an open port
   // and may try again.
   if (!port->backend->Close()) return 0;
-  posprint::Remove(handle, port);
+  posprint::Release(*port);
   return 1;
 }

@@ -1,6 +1,7 @@
 // The port functions above every back-end: handles, control requests, the state word,
 // and the choice of back-end by the port name.
 #include <memory>
+#include <vector>
 
 #include "platform/port_backend.h"
 #include "platform/scripted_port.h"
@@ -30,6 +31,29 @@ TEST(PortFunctions, BadHandlesAndNamesFail) {
   ScriptedPort next;
   EXPECT_EQ(otool_OPEN(next.Name().c_str(), 0, nullptr), closed);  // a closed slot is used again
   otool_CLOSE(closed);
+}
+
+// Handles are slots of a fixed table: a reused slot starts with the defaults, a full table
+// refuses the next port, and closing one frees its slot.
+TEST(PortFunctions, HandleTableReusesSlotsAndHasALimit) {
+  ScriptedPort port;
+  const int first = otool_OPEN(port.Name().c_str(), 0, nullptr);
+  ASSERT_GE(first, 0);
+  otool_IOCTL(first, kPortSetReadTimeout, 5);
+  otool_IOCTL(first, kPortScramble, 0xCB);
+  otool_CLOSE(first);
+  std::vector<int> handles;
+  for (int h; (h = otool_OPEN(port.Name().c_str(), 0, nullptr)) >= 0 && handles.size() < 5000;) handles.push_back(h);
+  EXPECT_LE(handles.size(), 1024u);
+  EXPECT_GT(handles.size(), 1000u);
+  int timeout = 0;
+  EXPECT_EQ(otool_IOCTL(first, kPortGetReadTimeout, &timeout), 0);
+  EXPECT_EQ(timeout, 1000);  // the reused slot forgot the closed port's settings
+  EXPECT_EQ(Write(first, "A"), 1);
+  EXPECT_EQ(port.Written(), "A");  // not scrambled any more
+  ASSERT_EQ(otool_CLOSE(handles.back()), 1);
+  EXPECT_EQ(otool_OPEN(port.Name().c_str(), 0, nullptr), handles.back());
+  for (int h : handles) otool_CLOSE(h);
 }
 
 // Time-outs and the state word, set in value or pointer form; a get request takes an int*.

@@ -6,22 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "faults/hangup_pty.h"
 #include "faults/model_faults.h"
 #include "faults/ticket_run.h"
+#include "support/pty_printer.h"
 
 namespace posprint::test {
 namespace {
-
-std::vector<const char*> FactoryNames() {
-  std::vector<const char*> names;
-  for (std::size_t i = 0; i < kModelCount; ++i) names.push_back(kModelIdentities[i].factory);
-  return names;
-}
-
-std::string ModelName(const ::testing::TestParamInfo<const char*>& info) {
-  return Narrow(FindIdentity(info.param)->modelName);
-}
 
 // Every command of the sample ticket succeeds on a ready printer.
 std::string AllOk() {
@@ -82,29 +72,36 @@ class Faults : public ::testing::TestWithParam<const char*> {
   const ModelFaults* expected_ = nullptr;
 };
 
-TEST_P(Faults, ReadyPrinterPrintsTheWholeTicket) {
-  ExpectTicket(AllOk(), Ticket([this](ScriptedPort& port) { PlayPrinter(port, printer_->rules); }));
-}
+// The cable is pulled after START_PRINT: every later read and write fails at once.
+constexpr std::size_t kVanishBefore = 3;
 
-TEST_P(Faults, AnswersWithinTheTimeOutAreTakenAsOnTime) {
-  ExpectTicket(AllOk(), Ticket([this](ScriptedPort& port) { PlayPrinter(port, printer_->rules, kSlowMs); }));
-}
-
-TEST_P(Faults, PrinterThatNeverAnswers) {
-  ExpectTicket(expected_->silent, Ticket(nullptr));
-}
-
-TEST_P(Faults, AnswersThatComeAfterTheDriverStoppedWaiting) {
-  ExpectTicket(expected_->late, Ticket([this](ScriptedPort& port) { PlayPrinter(port, printer_->rules, kLateMs); }));
-}
-
-TEST_P(Faults, GarbledAnswers) {
-  ExpectTicket(expected_->garbled,
-               Ticket([this](ScriptedPort& port) { PlayPrinter(port, printer_->rules, 0, Garble); }));
-}
-
-TEST_P(Faults, PortThatFailsToOpen) {
-  ExpectTicket(expected_->failOpen, Ticket([](ScriptedPort& port) { port.FailOpen(); }));
+TEST_P(Faults, TicketUnderEachFault) {
+  using Prepare = std::function<void(ScriptedPort&)>;
+  struct Row {
+    const char* name;
+    Prepare prepare;
+    std::string expected;
+    std::function<void(ScriptedPort&, std::size_t)> before = nullptr;  // before command i
+  };
+  // The model's printer answering each burst after delayMs, changed by `transform`.
+  const auto play = [rules = printer_->rules](int delayMs, std::string (*transform)(const std::string&)) -> Prepare {
+    return [rules, delayMs, transform](ScriptedPort& port) { PlayPrinter(port, rules, delayMs, transform); };
+  };
+  const Row rows[] = {
+      {"ready printer", play(0, nullptr), AllOk()},
+      {"answers within the time-out", play(kSlowMs, nullptr), AllOk()},
+      {"printer that never answers", nullptr, expected_->silent},
+      {"answers after the driver stopped waiting", play(kLateMs, nullptr), expected_->late},
+      {"garbled answers", play(0, Garble), expected_->garbled},
+      {"port that fails to open", [](ScriptedPort& port) { port.FailOpen(); }, expected_->failOpen},
+      {"port vanishes mid-ticket", play(0, nullptr), expected_->vanish, [](ScriptedPort& port, std::size_t i) {
+         if (i == kVanishBefore) port.Vanish();
+       }},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    ExpectTicket(row.expected, Ticket(row.prepare, row.before));
+  }
 }
 
 TEST_P(Faults, PortThatFailsToCloseStaysOpenAndCanBeClosedAgain) {
@@ -125,16 +122,6 @@ TEST_P(Faults, PortThatFailsToCloseStaysOpenAndCanBeClosedAgain) {
   EXPECT_FALSE(port.IsOpen());
 }
 
-// The cable is pulled after START_PRINT: every later read and write fails at once.
-constexpr std::size_t kVanishBefore = 3;
-
-TEST_P(Faults, PortVanishesMidTicket) {
-  ExpectTicket(expected_->vanish, Ticket([this](ScriptedPort& port) { PlayPrinter(port, printer_->rules); },
-                                         [](ScriptedPort& port, std::size_t i) {
-                                           if (i == kVanishBefore) port.Vanish();
-                                         }));
-}
-
 // The words of a ticket line from command `first` on.
 std::string Tail(const std::string& line, std::size_t first) {
   std::size_t at = 0;
@@ -146,7 +133,11 @@ std::string Tail(const std::string& line, std::size_t first) {
 // before the hang-up travel in real time, so only what follows it is compared: a busy
 // machine may make the printer's thread miss the status window.
 TEST_P(Faults, PseudoTerminalClosedByTheFarEndMidTicket) {
-  HangupPty printer(printer_->rules);
+  PtyPrinter printer([rules = printer_->rules](const std::string& received) {
+    std::string answer;
+    for (const std::string& burst : AnswersTo(rules, received)) answer += burst;
+    return answer;
+  });
   ASSERT_TRUE(printer.Ok()) << printer.Error();
   TicketRun run(factory_, *printer_);
   const std::wstring portName(printer.PortName().begin(), printer.PortName().end());

@@ -65,16 +65,7 @@ TEST_P(HugeJobOnEveryModel, EveryCommandReturnsAndTheOutputStaysBounded) {
   EXPECT_LE(std::filesystem::file_size(out), kMaxOutputBytes);
 }
 
-std::vector<const char*> FactoryNames() {
-  std::vector<const char*> names;
-  for (std::size_t i = 0; i < kModelCount; ++i) names.push_back(kModelIdentities[i].factory);
-  return names;
-}
-
-INSTANTIATE_TEST_SUITE_P(HostBadInput, HugeJobOnEveryModel, ::testing::ValuesIn(FactoryNames()),
-                         [](const ::testing::TestParamInfo<const char*>& info) {
-                           return Narrow(FindIdentity(info.param)->modelName);
-                         });
+INSTANTIATE_TEST_SUITE_P(HostBadInput, HugeJobOnEveryModel, ::testing::ValuesIn(FactoryNames()), ModelName);
 
 // The TMT70, the reference printer: what each oversized element gives.
 TEST(HostBadInput, HugeTextsAndAttributesOnTheTmt70) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <dlfcn.h>
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
@@ -37,6 +38,16 @@ inline std::string Narrow(const wchar_t* text) {
   std::string narrow;
   for (; *text; ++text) narrow += static_cast<char>(*text);
   return narrow;
+}
+
+// Every model's factory export, and a test's name for one: its model name.
+inline std::vector<const char*> FactoryNames() {
+  std::vector<const char*> names;
+  for (std::size_t i = 0; i < kModelCount; ++i) names.push_back(kModelIdentities[i].factory);
+  return names;
+}
+inline std::string ModelName(const ::testing::TestParamInfo<const char*>& info) {
+  return Narrow(FindIdentity(info.param)->modelName);
 }
 
 struct CommandOutcome {

@@ -63,6 +63,14 @@ void PtyPrinter::Stop() {
   if (thread_.joinable()) thread_.join();
 }
 
+void PtyPrinter::Hangup() {
+  Stop();
+  for (int* fd : {&master_, &slave_}) {
+    if (*fd >= 0) ::close(*fd);
+    *fd = -1;
+  }
+}
+
 void PtyPrinter::SetResponder(Responder responder) {
   std::lock_guard<std::mutex> lock(mutex_);
   responder_ = std::move(responder);

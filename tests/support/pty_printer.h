@@ -77,6 +77,9 @@ class PtyPrinter {
 
   // Stops the printer's thread; what was received stays readable. Idempotent.
   void Stop();
+  // Stops the printer and closes its end of the line and the spare slave descriptor: the
+  // driver's end then fails every read and write, as a serial line whose cable is pulled.
+  void Hangup();
 
  private:
   void Loop();

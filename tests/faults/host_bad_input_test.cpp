@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -67,34 +68,26 @@ TEST_P(HugeJobOnEveryModel, EveryCommandReturnsAndTheOutputStaysBounded) {
 
 INSTANTIATE_TEST_SUITE_P(HostBadInput, HugeJobOnEveryModel, ::testing::ValuesIn(FactoryNames()), ModelName);
 
-// The TMT70, the reference printer: what each oversized element gives.
+// A --json result line as a word of ticket_run.h: "ok", "fail", "6", "ok:102".
+std::string Word(const std::string& line) {
+  std::vector<int> errors;
+  std::istringstream list(line.substr(line.find("\"errors\":[") + 10));
+  for (int error; list >> error; list.ignore(1)) errors.push_back(error);
+  return Outcome(line.find("\"ok\":true") != std::string::npos, errors);
+}
+
+// The TMT70, the reference printer: what each oversized element gives. A text longer than
+// the line is cut to it; margins past the line refuse it (6, twice); the LINE pattern is
+// cut to the line; a barcode longer than 90 characters is refused before its kind is
+// looked at (17, twice); no such logo file (10); at most 29 line feeds; 2147483647 empty
+// lines are refused (16); CUT cuts whatever its Type says; an unknown command does nothing.
 TEST(HostBadInput, HugeTextsAndAttributesOnTheTmt70) {
   TempDir dir;
   const std::string job = dir.Write("huge.xml", HugeJob());
   const ProgramRun run = Posprint({"run", "--model", "TMT70", "--port", "file:" + dir.Path() + "/out.bin", "--json", job});
-  const std::vector<std::string> lines = Lines(run.out);
-  ASSERT_EQ(lines.size(), kHugeJobCommands) << run.err;
-  const std::string expected[] = {
-      "\"ok\":true,\"errors\":[]}",   // INIT_PRINTER
-      "\"ok\":true,\"errors\":[]}",   // START_PRINT
-      "\"ok\":true,\"errors\":[]}",   // a text longer than the line is cut to it
-      "\"ok\":false,\"errors\":[6]}",  // margins past the line: the line is refused
-      "\"ok\":false,\"errors\":[6]}",
-      "\"ok\":true,\"errors\":[]}",   // the pattern is cut to the line
-      "\"ok\":false,\"errors\":[17]}",  // longer than 90 characters (tested before the kind)
-      "\"ok\":false,\"errors\":[17]}",
-      "\"ok\":false,\"errors\":[10]}",  // no such file
-      "\"ok\":true,\"errors\":[]}",   // at most 29 line feeds
-      "\"ok\":false,\"errors\":[16]}",  // 2147483647 empty lines are refused
-      "\"ok\":true,\"errors\":[]}",   // CUT cuts whatever its Type says
-      "\"ok\":true,\"errors\":[]}",   // an unknown command does nothing
-      "\"ok\":true,\"errors\":[]}",   // STOP_PRINT
-      "\"ok\":true,\"errors\":[]}",   // STOP_PRINTER
-  };
-  for (std::size_t i = 0; i < kHugeJobCommands; ++i) {
-    SCOPED_TRACE("command " + std::to_string(i + 1));
-    EXPECT_NE(lines[i].find(expected[i]), std::string::npos) << lines[i].substr(0, 300);
-  }
+  std::string words;
+  for (const std::string& line : Lines(run.out)) words += (words.empty() ? "" : " ") + Word(line);
+  EXPECT_EQ(words, "ok ok ok 6 6 ok 17 17 10 ok 16 ok ok ok ok") << run.err;
   EXPECT_EQ(run.status, 1);
 }
 

@@ -23,7 +23,6 @@ struct ModelFaults {
 
 inline const std::vector<ModelFaults>& AllModelFaults() {
   static const std::vector<ModelFaults> rows = {
-      // ITALORA.
       {"create_KpITALORA",
        {"ok*2", "101", "fail", "13*2", "6", "6*2", "22", "7", "", "", "fail", ""},
        "ok 101 ok ok ok ok ok ok ok ok ok ok",
@@ -31,7 +30,6 @@ inline const std::vector<ModelFaults>& AllModelFaults() {
        "ok 101 ok ok ok ok ok ok ok ok ok ok",
        "71 3,1 3 3 3 3 3 3 3 3 3 ok",
        "ok ok ok 13 6 6 22 7 ok ok fail ok"},
-      // LX300.
       {"create_KpLX300",
        {"ok*3", "", "", "ok> 13 13+1*3 ok", "16 6", "16 6", "16 22", "7*3", "0*2", "", "fail", ""},
        "ok ok ok ok ok ok ok ok ok ok ok ok",
@@ -39,7 +37,6 @@ inline const std::vector<ModelFaults>& AllModelFaults() {
        "ok ok ok ok ok ok ok ok ok ok ok ok",
        "71 3,1 ok 3 3 3 3 3 3 3 3 ok",
        "ok ok ok 13 16 16 16 7 0 ok fail ok"},
-      // PLUS.
       {"create_KpPLUS",
        {"ok*2", "101*2", "", "ok>*2 13 13+1*3 ok", "16*2 6", "16*2 6", "16*2 22", "ok+8 ok>*2 7*7", "0*2", "ok", "fail*2", ""},
        "ok 101 ok ok ok ok ok ok ok ok ok ok",
@@ -55,7 +52,6 @@ inline const std::vector<ModelFaults>& AllModelFaults() {
        "ok 105 ok ok ok ok ok ok ok ok ok ok",
        "71 3,1 3 3 3 3 3 3 3 3 3 ok",
        "ok ok ok 13 16 16 16 7 0 ok ok ok"},
-      // STB112.
       {"create_STB112Driver",
        {"ok> ok*4", "101*2", "", "ok>*2 13*5", "16 6", "16 6", "16 22", "ok+4 ok>*2 7*3", "0*2", "ok*3", "ok>*8 ok", ""},
        "ok 101 ok ok ok ok ok ok ok ok ok ok",
@@ -63,7 +59,6 @@ inline const std::vector<ModelFaults>& AllModelFaults() {
        "ok 105 ok ok ok ok ok ok ok ok ok ok",
        "71 3,1 3 3 3 3 3 3 3 3 3 ok",
        "ok ok ok 13 16 16 16 7 0 ok ok ok"},
-      // STB60.
       {"create_STB60Driver",
        {"ok> ok*2", "101", "", "ok>*3 13+1*3 ok", "16 6", "16 6", "16 22", "ok+4 ok>*2 7*3", "0*2", "", "ok>*10", ""},
        "ok 101 ok ok ok ok ok ok ok ok ok ok",
@@ -71,7 +66,6 @@ inline const std::vector<ModelFaults>& AllModelFaults() {
        "ok 102 ok ok ok ok ok ok ok ok ok ok",
        "71 3,1 3 3 3 3 3 3 3 3 3 ok",
        "ok ok ok 13 16 16 16 7 0 ok ok ok"},
-      // STB80.
       {"create_STB80Driver",
        {"ok> ok*2", "101*2", "fail", "ok>*2 13*5", "16 6", "16 6", "16 22", "ok+8 ok>*2 7*7", "0*2", "ok", "ok>*8 ok", ""},
        "ok 101 ok ok ok ok ok ok ok ok ok ok",
@@ -79,7 +73,6 @@ inline const std::vector<ModelFaults>& AllModelFaults() {
        "ok 105 ok ok ok ok ok ok ok ok ok ok",
        "71 3,1 3 3 3 3 3 3 3 3 3 ok",
        "ok ok ok 13 16 16 16 7 0 ok ok ok"},
-      // TM295.
       {"create_KpTM295",
        {"ok> ok ok", "101", "", "ok>*3 13+1*3 ok", "16*2 6", "16*2 6", "16*2 22", "ok>*2 7*11", "0*2", "", "101 fail*2", ""},
        "ok 101 ok ok ok ok ok ok ok ok 101 ok",
@@ -87,7 +80,6 @@ inline const std::vector<ModelFaults>& AllModelFaults() {
        "ok 102 ok ok ok ok ok ok ok ok 102 ok",
        "71 3,1 ok 3 3 3 3 3 3 ok 3 ok",
        "ok ok ok 13 16 16 16 7 0 ok 101 ok"},
-      // TM300.
       {"create_KpTM300",
        {"ok> ok", "101", "", "ok>*3 13+1*3 ok", "16*2 6", "16*2 6", "16*2 22", "", "0*2", "", "ok>*10 ok+1", ""},
        "ok 101 ok ok ok ok ok ok ok ok 101 ok",
@@ -95,7 +87,6 @@ inline const std::vector<ModelFaults>& AllModelFaults() {
        "ok 102 ok ok ok ok ok ok ok ok 102 ok",
        "71 3,1 ok 3 3 3 3 ok 3 ok 3 ok",
        "ok ok ok 13 16 16 16 ok 0 ok 101 ok"},
-      // VKP80II.
       {"create_KpVKP80II",
        {"ok> ok*4", "101", "", "ok+7 ok> ok+5 ok> 13*5", "16*4 6", "16*4 6", "16*4 22", "ok+7 ok> ok+5 ok> 7*5", "0*2", "", "ok>*9", ""},
        "ok 101 ok ok ok ok ok ok ok ok ok ok",
@@ -103,7 +94,6 @@ inline const std::vector<ModelFaults>& AllModelFaults() {
        "ok 101 ok ok ok ok ok ok ok ok ok ok",
        "71 3,1 ok 3 3 3 3 3 3 3 3 ok",
        "ok ok ok 13 16 16 16 7 0 ok ok ok"},
-      // TMT70.
       {"create_KpTMT70",
        {"ok> ok ok", "101*2", "", "ok>*3 13+1*3 ok", "16*2 6", "16*2 6", "16*2 22", "ok+8 ok>*2 7*7", "0*2", "ok",
         "ok>*8 ok", ""},
@@ -112,7 +102,6 @@ inline const std::vector<ModelFaults>& AllModelFaults() {
        "ok 105 ok ok ok ok ok ok ok ok ok ok",
        "71 3,1 ok 3 3 3 3 3 3 3 3 ok",
        "ok ok ok 13 16 16 16 7 0 ok ok ok"},
-      // ZEBRA.
       {"create_KpZEBRA",
        {"ok>*14", "101", "fail*2 ok", "13*3", "16*2 6*2", "16*2 6*6", "16*2 22*2", "7*4", "ok", "", "fail", ""},
        "ok 101 ok ok ok ok ok ok ok ok ok ok",

@@ -74,7 +74,7 @@ inline std::string Line(const std::vector<CommandOutcome>& outcomes) {
 // command i, to break the port in the middle of the ticket.
 class TicketRun {
  public:
-  TicketRun(Factory factory, const ModelPrinter& printer) : printer_(printer), clock_(fake_) {
+  TicketRun(Factory factory, const ModelPrinter& printer) : clock_(fake_) {
     const std::vector<unsigned char> logo = SampleLogo();
     logoDir_.Write(kSampleLogoName, std::string(logo.begin(), logo.end()));
     SetLogoDirectory(logoDir_.Path());
@@ -101,7 +101,6 @@ class TicketRun {
   }
 
   APrinter& Driver() { return *driver_; }
-  const FakeClock& Clock() const { return fake_; }
 
  private:
   CommandOutcome RunCommand(const JobCommand& command, const std::wstring& portName, const ScriptedPort* port) {
@@ -122,7 +121,6 @@ class TicketRun {
     return outcome;
   }
 
-  const ModelPrinter& printer_;
   FakeClock fake_;
   ScopedClock clock_;
   TempDir logoDir_;

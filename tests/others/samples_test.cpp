@@ -16,15 +16,26 @@ namespace {
 
 const std::string kExamples = std::string(POSPRINT_SOURCE_DIR) + "/examples";
 
-// Every command of the job reported ok, in order.
-void ExpectAllOk(const ProgramRun& run, const std::vector<std::string>& commands) {
+// posprint run --json of an example on `model` with the printer; every command of the job
+// (INIT_PRINTER, CHECK, START_PRINT, `fields` NEWPRINT, STOP_PRINT, STOP_PRINTER) must
+// report ok. What the printer received.
+std::string RunExample(PtyPrinter& printer, const char* model, int fields, const std::vector<std::string>& options) {
+  EXPECT_TRUE(printer.Ok()) << printer.Error();
+  std::vector<std::string> args = {"run", "--json", "--model", model, "--port", printer.PortName()};
+  args.insert(args.end(), options.begin(), options.end());
+  const ProgramRun run = Posprint(args);
+  printer.Stop();
   EXPECT_EQ(run.status, 0) << run.out << run.err;
   EXPECT_EQ(run.err, "");
+  std::vector<std::string> commands = {"INIT_PRINTER", "CHECK", "START_PRINT"};
+  commands.insert(commands.end(), fields, "NEWPRINT");
+  commands.insert(commands.end(), {"STOP_PRINT", "STOP_PRINTER"});
   std::vector<std::string> expected;
-  for (const std::string& command : commands)
-    expected.push_back("{\"command\":\"" + command + "\",\"ok\":true,\"errors\":[]}");
+  for (const std::string& command : commands) expected.push_back(R"({"command":")" + command + R"(","ok":true,"errors":[]})");
   EXPECT_EQ(Lines(run.out), expected);
+  return printer.Received();
 }
+const std::vector<std::string> kReceipt = {"--params", kExamples + "/receipt.params", kExamples + "/receipt.xml"};
 
 // The bytes sent begin with `start` and end with `end`.
 void ExpectEnds(const std::string& sent, const std::string& start, const std::string& end) {
@@ -32,55 +43,31 @@ void ExpectEnds(const std::string& sent, const std::string& start, const std::st
   EXPECT_EQ(sent.substr(sent.size() - std::min(sent.size(), end.size())), end);
 }
 
-std::vector<std::string> ReceiptCommands() {
-  std::vector<std::string> commands = {"INIT_PRINTER", "CHECK", "START_PRINT"};
-  commands.insert(commands.end(), 12, "NEWPRINT");
-  commands.insert(commands.end(), {"STOP_PRINT", "STOP_PRINTER"});
-  return commands;
-}
-
 TEST(SampleJobs, PlusPrintsTheReceipt) {
   PtyPrinter printer(AnswerRequests({{Hex("10 04 02"), Hex("12")}, {Hex("10 04 04"), Hex("12")}}));
-  ASSERT_TRUE(printer.Ok()) << printer.Error();
-  const ProgramRun run = Posprint({"run", "--json", "--model", "PLUS", "--port", printer.PortName(), "--params",
-                                   kExamples + "/receipt.params", kExamples + "/receipt.xml"});
-  printer.Stop();
-  ExpectAllOk(run, ReceiptCommands());
   // ESC @, ESC t 0, the two status questions, then the logo centred in 24-dot bands ...
   // LINEFEED 4 after the barcode, then the CUT element; the parameters turn the feeds and
   // the cut of STOP_PRINT off.
-  ExpectEnds(ToHex(printer.Received()), "1B 40 1B 74 00 10 04 02 10 04 04 1B 21 00 1B 7B 00 1B 61 01 1B 33 18 1B 2A 21 80",
+  ExpectEnds(ToHex(RunExample(printer, "PLUS", 12, kReceipt)),
+             "1B 40 1B 74 00 10 04 02 10 04 04 1B 21 00 1B 7B 00 1B 61 01 1B 33 18 1B 2A 21 80",
              "1B 61 00 0D 0D 0D 0D 1D 56 01");
 }
 
 TEST(SampleJobs, Lx300PrintsTheReceipt) {
   PtyPrinter printer;  // it never answers
-  ASSERT_TRUE(printer.Ok()) << printer.Error();
-  const ProgramRun run = Posprint({"run", "--json", "--model", "LX300", "--port", printer.PortName(), "--params",
-                                   kExamples + "/receipt.params", kExamples + "/receipt.xml"});
-  printer.Stop();
-  ExpectAllOk(run, ReceiptCommands());
   // ESC @, ESC t 1, ESC x 0; CHECK sends nothing; the logo in 72 dpi 8-dot bands ...
   // the bar code and the paper moved past it, LINEFEED 4, the CUT element (nothing), then
   // the form feed of STOP_PRINT.
-  ExpectEnds(ToHex(printer.Received()), "1B 40 1B 74 01 1B 78 00 1B 21 00 1B 33 18 1B 2A 05 80 00",
+  ExpectEnds(ToHex(RunExample(printer, "LX300", 12, kReceipt)), "1B 40 1B 74 01 1B 78 00 1B 21 00 1B 33 18 1B 2A 05 80 00",
              "0D 1B 4A 79 0D 0A 0D 0A 0D 0A 0D 0A 0C");
 }
 
 TEST(SampleJobs, ItaloraPrintsTheLabel) {
   PtyPrinter printer(AnswerRequests({{"?90\r", "!90&0&0&0&0&0\r"}}));
-  ASSERT_TRUE(printer.Ok()) << printer.Error();
-  const ProgramRun run = Posprint({"run", "--json", "--model", "ITALORA", "--port", printer.PortName(), "--param",
-                                   "param_WidthLabel=60", "--param", "param_LenghtLabel=40",
-                                   kExamples + "/label-italora.xml"});
-  printer.Stop();
-  std::vector<std::string> commands = {"INIT_PRINTER", "CHECK", "START_PRINT"};
-  commands.insert(commands.end(), 6, "NEWPRINT");
-  commands.insert(commands.end(), {"STOP_PRINT", "STOP_PRINTER"});
-  ExpectAllOk(run, commands);
-
+  const std::string received = RunExample(printer, "ITALORA", 6,
+                                          {"--param", "param_WidthLabel=60", "--param", "param_LenghtLabel=40",
+                                           kExamples + "/label-italora.xml"});
   std::vector<std::string> lines;
-  std::string received = printer.Received();
   for (std::size_t at = 0, end; (end = received.find('\r', at)) != std::string::npos; at = end + 1)
     lines.push_back(received.substr(at, end - at));
   ASSERT_EQ(lines.size(), 14u) << received;

@@ -3,14 +3,8 @@
 // The test hands PortName() (the slave side, "/dev/pts/N") to the driver as its port; a
 // thread on the master side plays the printer: it records every byte the driver sends,
 // and answers requests through a responder. The line is raw both ways (no echo, no CR/LF
-// translation), as a serial line to a printer is.
-//
-//   PtyPrinter printer(AnswerRequests({{Hex("10 04 02"), Hex("12")},     // DLE EOT 2: online
-//                                      {Hex("10 04 04"), Hex("12")}}));  // DLE EOT 4: paper ok
-//   HostRun run = RunProgram(POSPRINT_HOST_PATH, {"run", "--model", "TMT70",
-//                                                 "--port", printer.PortName(), "job.xml"});
-//   printer.Stop();
-//   EXPECT_EQ(ToHex(printer.Received()), "1B 74 00 1B 40 1D 62 ...");
+// translation), as a serial line to a printer is. A test runs the host on PortName(),
+// calls Stop() when it has exited, and compares ToHex(Received()) with what it expects.
 //
 // Responder: called on the printer's thread once for every byte received, after that
 // byte (descrambled) was appended to `received`; so the byte just in is received.back().

@@ -6,8 +6,8 @@
 namespace posprint::test {
 namespace {
 
-// What a text field sends before its text: DC2, ESC F, ESC - 0, ESC 5, ESC W 0, ESC w 0.
-const std::string kPlainText = "12 1B 46 1B 2D 00 1B 35 1B 57 00 1B 77 00";
+// What a text field sends before its text: DC2, ESC F, ESC - 0, ESC 5, ESC W 0, ESC w 0, ESC 2.
+const std::string kPlainText = "12 1B 46 1B 2D 00 1B 35 1B 57 00 1B 77 00 1B 32";
 
 class Lx300 : public OthersTest<LX300::KpLX300> {};
 
@@ -42,15 +42,15 @@ TEST_F(Lx300, Fields) {
   const std::string logo = "<LOGO FileName='logo.bmp' Rotation='180'/>", bands = " 08 00 " + Times(8, "80") + " 0D 0A 1B 32";
   Run({
       {"normal", {}, "", Font(""), 1, kPlainText, 80},
-      {"condensed", {}, "", Font("Font='FONTB'"), 1, "0F 1B 46 1B 2D 00 1B 35 1B 57 00 1B 77 00", 100},
-      {"condensed double width", {}, "", Font("Font='SMALL' Width='2'"), 1, "0F 1B 46 1B 2D 00 1B 35 1B 57 01 1B 77 00", 50},
-      {"bold", {}, "", Font("TypeFont='DOUBLEBEAT'"), 1, "12 1B 45 1B 2D 00 1B 35 1B 57 00 1B 77 00", 80},
+      {"condensed", {}, "", Font("Font='FONTB'"), 1, "0F 1B 46 1B 2D 00 1B 35 1B 57 00 1B 77 00 1B 32", 100},
+      {"condensed double width", {}, "", Font("Font='SMALL' Width='2'"), 1, "0F 1B 46 1B 2D 00 1B 35 1B 57 01 1B 77 00 1B 32", 50},
+      {"bold", {}, "", Font("TypeFont='DOUBLEBEAT'"), 1, "12 1B 45 1B 2D 00 1B 35 1B 57 00 1B 77 00 1B 32", 80},
       {"bold wins over condensed", {}, "", Font("Font='SMALL' TypeFont='DOUBLEBEAT'"), 1,
-       "12 1B 45 1B 2D 00 1B 35 1B 57 00 1B 77 00", 80},
-      {"italic", {}, "", Font("TypeFont='CURSIVE'"), 1, "12 1B 46 1B 2D 00 1B 34 1B 57 00 1B 77 00", 80},
+       "12 1B 45 1B 2D 00 1B 35 1B 57 00 1B 77 00 1B 32", 80},
+      {"italic", {}, "", Font("TypeFont='CURSIVE'"), 1, "12 1B 46 1B 2D 00 1B 34 1B 57 00 1B 77 00 1B 32", 80},
       {"reverse prints plain", {}, "", Font("TypeFont='REVERSE'"), 1, kPlainText, 80},
-      {"double width", {}, "", Font("Width='2'"), 1, "12 1B 46 1B 2D 00 1B 35 1B 57 01 1B 77 00", 40},
-      {"double height", {}, "", Font("Height='3'"), 1, "12 1B 46 1B 2D 00 1B 35 1B 57 00 1B 77 01", 80},
+      {"double width", {}, "", Font("Width='2'"), 1, "12 1B 46 1B 2D 00 1B 35 1B 57 01 1B 77 00 1B 32", 40},
+      {"double height", {}, "", Font("Height='3'"), 1, "12 1B 46 1B 2D 00 1B 35 1B 57 00 1B 77 01 1B 33 48", 80},
       {"a turn is not sent", {}, "", Font("Rotation='180'"), 1, kPlainText, 80},
       // Lines end in CR LF.
       {"centred text", {}, "", "<SINGLEFIELD><Field>Hello</Field></SINGLEFIELD>", 1,

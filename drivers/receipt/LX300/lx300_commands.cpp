@@ -108,8 +108,11 @@ PrinterResult lx300_SelectFont(PortContext& ctx, const TextAttributes& attribute
       0x1B, static_cast<unsigned char>(italic ? 0x34 : 0x35),  // ESC 4: italic on; ESC 5: off
       0x1B, 0x57, static_cast<unsigned char>(doubleWidth),  // ESC W n: double width on or off
       0x1B, 0x77, static_cast<unsigned char>(doubleHeight), // ESC w n: double height on or off
+      // Double-height characters reach down into the next line: ESC 3 72 (1/3 inch) keeps
+      // the next line clear of them; ESC 2 is the usual 1/6 inch.
+      0x1B, static_cast<unsigned char>(doubleHeight ? 0x33 : 0x32), 0x48,
   };
-  return WriteBytes(ctx, command, sizeof command);
+  return WriteBytes(ctx, command, doubleHeight ? sizeof command : sizeof command - 1);
 }
 
 PrinterResult lx300_PrintLogo(const PortContext& ctx, const std::vector<std::uint8_t>& bmp) {

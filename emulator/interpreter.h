@@ -42,7 +42,10 @@ class Interpreter {
 };
 
 std::unique_ptr<Interpreter> MakeEscPosPrinter(const ModelProfile& profile, PrinterLink link, Notes& notes);
+std::unique_ptr<Interpreter> MakeEscPPrinter(const ModelProfile& profile, PrinterLink link, Notes& notes);
 // dotsPerMm: the label printer's resolution (6, 8, 12 or 24).
 std::unique_ptr<Interpreter> MakeZplPrinter(const ModelProfile& profile, int dotsPerMm, PrinterLink link, Notes& notes);
+std::unique_ptr<Interpreter> MakeItaloraPrinter(const ModelProfile& profile, int dotsPerMm, PrinterLink link,
+                                                Notes& notes);
 
 }  // namespace posprint::emulator

@@ -50,13 +50,23 @@ bool WriteAll(int fd, const std::string& bytes) {
   return true;
 }
 
+// What one finished print is called in file names and the log.
+const char* KindOfPrint(Language language) {
+  switch (language) {
+    case Language::kZpl:
+    case Language::kItalora: return "label";
+    case Language::kEscP: return "page";
+    default: return "ticket";
+  }
+}
+
 // Keeps the preview directory up to date with what the printer printed.
 class PreviewWriter {
  public:
   PreviewWriter(const VirtualPrinter& printer, std::string directory,
                 const std::function<void(const std::string&)>& log)
       : printer_(printer), directory_(std::move(directory)), log_(log),
-        kind_(printer.Profile().language == Language::kZpl ? "label" : "ticket") {}
+        kind_(KindOfPrint(printer.Profile().language)) {}
 
   void PagesDone() {
     while (written_ < printer_.FinishedPages()) {
@@ -198,6 +208,10 @@ bool Listen(const ListenOptions& options, const std::atomic<bool>& stop,
     *error = "--listen takes pty, pty:LINK or tcp:HOST:PORT, not \"" + options.listen + "\"";
     return false;
   }
+  // A printer that cannot print stops the sender with XOFF from the start (a
+  // pseudo-terminal with XON/XOFF on passes it to the program's flow control).
+  constexpr char kXoff = 0x13;
+  if (!tcp && printer->HoldsLine()) WriteAll(line.Get(), std::string(1, kXoff));
   if (ready) ready(name);
 
   PreviewWriter previews(*printer, options.previewDir, log);

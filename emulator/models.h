@@ -9,7 +9,12 @@
 
 namespace posprint::emulator {
 
-enum class Language { kEscPos, kZpl };
+enum class Language {
+  kEscPos,   // ESC/POS and its relatives: receipt, slip and ticket printers
+  kEscP,     // ESC/P: the dot-matrix document printer
+  kZpl,      // ZPL II labels
+  kItalora,  // ?NN&... command lines: the ITALORA label printer
+};
 
 // How the printer answers status requests.
 enum class StatusKind {
@@ -21,6 +26,8 @@ enum class StatusKind {
   kStb112,   // DLE EOT 2 printer byte, DLE EOT 0x11 paper byte
   kStbFull,  // DLE EOT 2 printer byte, DLE EOT 0x14 six bytes (STB80, Q-series)
   kZpl,      // ~HS: three framed strings
+  kItalora,  // ?90: one line !90&paper&head&ribbon&pause&error
+  kNone,     // never answers (the dot-matrix printer)
 };
 
 // How ESC ! bit 0 (and ESC 0xC1) choose the character size.
@@ -68,6 +75,7 @@ struct ModelProfile {
   bool escC1TakesParameter;  // ESC 0xC1 f (VKP80II) or ESC 0xC1 alone (STB family)
   int barModule;             // GS w at power-on: dots a narrow bar
   bool carriageReturnFeeds;  // CR prints the line and feeds, like LF (the PLUS's line end)
+  bool holdsLineWhenStopped;  // out of paper, open or in error it holds the line with XOFF
 };
 
 // By model name ("TMT70"), component name ("KpTMT70") or "Q1", in any letter case.

@@ -52,6 +52,8 @@ class SimBackend : public PortBackend {
     if (count <= 0) return 0;
     Device& device = TheDevice();
     std::lock_guard<std::mutex> lock(device.mutex);
+    // A printer holding the line with XOFF takes nothing: the write times out at once.
+    if (Printer(device).HoldsLine()) return 0;
     Printer(device).Receive(buffer, static_cast<std::size_t>(count));
     return count;
   }

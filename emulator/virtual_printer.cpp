@@ -22,10 +22,11 @@ VirtualPrinter::VirtualPrinter(const ModelProfile& profile, int dotsPerMm) : pro
     answers_.push_back(line);
   };
   link.scramble = [this](std::uint8_t key) { key_ = key; };
-  if (profile.language == Language::kZpl) {
-    interpreter_ = MakeZplPrinter(profile, dotsPerMm, link, notes_);
-  } else {
-    interpreter_ = MakeEscPosPrinter(profile, link, notes_);
+  switch (profile.language) {
+    case Language::kEscPos: interpreter_ = MakeEscPosPrinter(profile, link, notes_); break;
+    case Language::kEscP: interpreter_ = MakeEscPPrinter(profile, link, notes_); break;
+    case Language::kZpl: interpreter_ = MakeZplPrinter(profile, dotsPerMm, link, notes_); break;
+    case Language::kItalora: interpreter_ = MakeItaloraPrinter(profile, dotsPerMm, link, notes_); break;
   }
   if (profile.portMode == PortMode::kScrambled) key_ = kFamilyScrambleKey;
 }
@@ -70,6 +71,10 @@ int VirtualPrinter::DiscardAnswers() {
   for (const std::string& answer : answers_) count += static_cast<int>(answer.size());
   answers_.clear();
   return count;
+}
+
+bool VirtualPrinter::HoldsLine() const {
+  return profile_.holdsLineWhenStopped && state_ != PrinterState::kSilent && !Prints(state_);
 }
 
 void VirtualPrinter::Finish() { interpreter_->Finish(); }

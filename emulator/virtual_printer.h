@@ -46,6 +46,9 @@ class VirtualPrinter {
   std::size_t AnswersWaiting() const { return answers_.size(); }
   // Drops the answers nobody read (a purge of the port); the count of bytes dropped.
   int DiscardAnswers();
+  // Whether the printer holds the line with XOFF now: a printer with XON/XOFF flow control
+  // that cannot print takes nothing more until it can.
+  bool HoldsLine() const;
   // The XOR key of the scrambled link; 0 on a plain one.
   std::uint8_t ScrambleKey() const { return key_; }
   // The sender is gone for good: a command cut short is reported.

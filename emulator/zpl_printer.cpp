@@ -15,6 +15,7 @@
 #include "emulator/barcodes.h"
 #include "emulator/glyphs.h"
 #include "emulator/interpreter.h"
+#include "emulator/label_roll.h"
 #include "emulator/stored_graphics.h"
 #include "platform/codepage.h"
 
@@ -22,7 +23,6 @@ namespace posprint::emulator {
 namespace {
 
 constexpr std::size_t kMaxCommandLength = 4096;
-constexpr int kLabelGap = 16;  // dots of backing between labels in the preview
 // The most dots one label picture holds (a 100 x 70 mm label at 8 dots a millimetre has
 // 358400): a bound against garbled sizes, not a limit a real label meets.
 constexpr long kMaxLabelDots = 16L * 1024 * 1024;
@@ -131,28 +131,10 @@ class ZplPrinter : public Interpreter {
   std::size_t PendingBytes() const override { return inCommand_ ? command_.size() : 0; }
   void SetState(PrinterState state) override { state_ = state; }
 
-  int FinishedPages() const override { return static_cast<int>(labels_.size()); }
-  Image Page(int index) const override {
-    return index >= 0 && index < FinishedPages() ? labels_[index] : Image();
-  }
+  int FinishedPages() const override { return labels_.Count(); }
+  Image Page(int index) const override { return labels_.Label(index); }
   Image Unfinished() const override { return inFormat_ && drawn_ ? label_ : Image(); }
-
-  Image Preview() const override {
-    int width = 1, height = 0;
-    for (const Image& label : labels_) {
-      width = std::max(width, label.Width());
-      height += label.Height() + kLabelGap;
-    }
-    if (labels_.empty()) return Image();
-    Image out(width, height - kLabelGap, kBackground);
-    int y = 0;
-    for (const Image& label : labels_) {
-      out.FillRect(0, y, label.Width(), label.Height(), kPaper);
-      out.DrawOver(label, 0, y);
-      y += label.Height() + kLabelGap;
-    }
-    return out;
-  }
+  Image Preview() const override { return labels_.Preview(); }
 
  private:
   void Begin(char prefix) {
@@ -263,7 +245,7 @@ class ZplPrinter : public Interpreter {
 
   void EndFormat() {
     if (!field_.barcode.empty() || field_.hasData) DrawField();  // a field left open
-    if (drawn_ && Prints(state_)) labels_.push_back(label_);
+    if (drawn_ && Prints(state_) && !labels_.Add(label_)) notes_.Add("the virtual printer keeps no more labels: this one is not drawn");
     inFormat_ = false;
     drawn_ = false;
     label_ = Image();
@@ -492,7 +474,7 @@ class ZplPrinter : public Interpreter {
   Image label_;
   FieldState field_;
 
-  std::vector<Image> labels_;
+  LabelRoll labels_;
 };
 
 }  // namespace

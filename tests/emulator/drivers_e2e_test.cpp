@@ -28,6 +28,8 @@ APrinter* create_STB80Driver();
 APrinter* create_Q1Driver();
 APrinter* create_KpZEBRA();
 APrinter* create_KpPLUS();
+APrinter* create_KpLX300();
+APrinter* create_KpITALORA();
 }
 
 namespace emulator_test {
@@ -43,7 +45,7 @@ const Model kModels[] = {
     {L"TMT70", create_KpTMT70},     {L"VKP80II", create_KpVKP80II},   {L"TM300", create_KpTM300},
     {L"TM295", create_KpTM295},     {L"STB112", create_STB112Driver}, {L"STB60", create_STB60Driver},
     {L"STB80", create_STB80Driver}, {L"QSeries", create_Q1Driver},    {L"ZEBRA", create_KpZEBRA},
-    {L"PLUS", create_KpPLUS},
+    {L"PLUS", create_KpPLUS},       {L"LX300", create_KpLX300},       {L"ITALORA", create_KpITALORA},
 };
 
 struct Outcome {
@@ -115,6 +117,9 @@ TEST(DriverStatus, CheckReportsEveryPrinterState) {
       /* QSeries */ {{}, {104}, {102}, {105}, {}, {101}},
       /* ZEBRA */ {{}, {}, {112}, {105}, {110}, {101}},
       /* PLUS */ {{}, {113}, {102}, {105}, {108}, {101}},
+      // The LX300 never answers: CHECK asks only the port, which stays usable.
+      /* LX300 */ {{}, {}, {}, {}, {}, {}},
+      /* ITALORA */ {{}, {}, {102}, {105}, {108}, {101}},
   };
   const std::string job = "<Job><Command name='INIT_PRINTER'/><Command name='CHECK'/><Command name='STOP_PRINTER'/></Job>";
   for (std::size_t m = 0; m < std::size(kModels); ++m) {
@@ -164,6 +169,8 @@ TEST(DriverSamples, EveryModelPrintsTheSampleJob) {
       {L"QSeries", "receipt.xml", ticket},
       {L"ZEBRA", "label.xml", {"TKT0001234567", "https://example.com/t/1234"}},
       {L"PLUS", "receipt.xml", ticket},
+      {L"LX300", "receipt.xml", ticket},
+      {L"ITALORA", "label-italora.xml", {"8001234567897"}},
   };
   posprint::SetLogoDirectory(std::string(POSPRINT_SOURCE_DIR) + "/examples");
   for (const Case& c : cases) {
@@ -175,6 +182,7 @@ TEST(DriverSamples, EveryModelPrintsTheSampleJob) {
     ASSERT_NE(model, nullptr);
     std::vector<std::pair<const wchar_t*, const wchar_t*>> keys;
     if (name == "ZEBRA") keys = {{L"param_LenghtLabel", L"70"}, {L"param_Displacement", L"4"}};
+    if (name == "ITALORA") keys = {{L"param_WidthLabel", L"60"}, {L"param_LenghtLabel", L"40"}};
     JobRun run(*model, keys);
     const auto outcomes = run.RunFile(Example(c.job), L"sim:");
     for (const Outcome& outcome : outcomes) {
@@ -189,6 +197,20 @@ TEST(DriverSamples, EveryModelPrintsTheSampleJob) {
     std::sort(wanted.begin(), wanted.end());
     EXPECT_EQ(found, wanted);
   }
+}
+
+// The LX300 tells nothing: a printer out of paper holds the line with XOFF, so the first
+// field that writes fails while CHECK, which only asks the port, still finds it usable.
+TEST(DriverStatus, Lx300HeldByXoffFailsTheFieldNotTheCheck) {
+  JobRun run(kModels[10], {});
+  const auto outcomes = run.Run(
+      "<Job><Command name='INIT_PRINTER'/><Command name='CHECK'/><Command name='NEWPRINT'>"
+      "<SINGLEFIELD><Field>Hello</Field></SINGLEFIELD></Command></Job>",
+      L"sim:paper-out");
+  ASSERT_EQ(outcomes.size(), 3u);
+  EXPECT_TRUE(outcomes[1].ok);
+  EXPECT_FALSE(outcomes[2].ok);
+  EXPECT_EQ(outcomes[2].errors, std::vector<int>{16});  // the field's attributes go first
 }
 
 TEST(DriverSamples, Tm295InterleavedTwoOfFiveAsABitImageReadsBack) {
@@ -213,6 +235,8 @@ TEST(DriverSamples, LogosAtTheSizeAndPlaceOfEachModelsPictureCommand) {
       {L"VKP80II", {266, 0, 128, 40}},  // GS v 0 normal size, 32 margin bytes on a 640-dot line
       {L"STB112", {320, 0, 256, 80}},   // GS v 0 double size: 18 margin bytes (288 dots) centre it on 832
       {L"PLUS", {256, 0, 128, 40}},     // ESC * 24-dot double density, centred by ESC a 1 on 576 of 640
+      {L"LX300", {45, 0, 320, 100}},    // ESC * 5 at 72 dpi: 2.5 dots a pixel at 180 dpi, at the left margin
+      {L"ITALORA", {336, 8, 128, 40}},  // ?41/?40 one dot a pixel, centred on the 100 mm label below its 1 mm margin
   };
   posprint::SetLogoDirectory(std::string(POSPRINT_SOURCE_DIR) + "/examples");
   for (const Case& c : cases) {
@@ -223,8 +247,8 @@ TEST(DriverSamples, LogosAtTheSizeAndPlaceOfEachModelsPictureCommand) {
     JobRun run(*model, {});
     // CHECK after the open, as in a real job: the TMT70's open leaves GS b waiting for a
     // parameter, and the status request is what it takes.
-    run.Run("<Job><Command name='INIT_PRINTER'/><Command name='CHECK'/>"
-            "<Command name='NEWPRINT'><LOGO FileName='logo.bmp'/></Command></Job>",
+    run.Run("<Job><Command name='INIT_PRINTER'/><Command name='CHECK'/><Command name='START_PRINT'/>"
+            "<Command name='NEWPRINT'><LOGO FileName='logo.bmp'/></Command><Command name='STOP_PRINT'/></Job>",
             L"sim:");
     const Box box = InkBox(PreviewFile(::testing::TempDir() + "logo.png"));
     EXPECT_EQ(box.x, c.box.x);

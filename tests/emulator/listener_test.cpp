@@ -85,10 +85,10 @@ TEST(Listener, RefusesWhatItCannotPlay) {
   std::atomic<bool> stop{true};
   std::string error;
   posprint::emulator::ListenOptions options;
-  options.model = "LX300";
+  options.model = "TM88";
   options.listen = "pty";
   EXPECT_FALSE(posprint::emulator::Listen(options, stop, nullptr, nullptr, &error));
-  EXPECT_EQ(error, "no virtual printer plays the model \"LX300\"");
+  EXPECT_EQ(error, "no virtual printer plays the model \"TM88\"");
   options.model = "TMT70";
   options.listen = "serial";
   EXPECT_FALSE(posprint::emulator::Listen(options, stop, nullptr, nullptr, &error));

@@ -133,6 +133,13 @@ class EscPPrinter : public Interpreter {
       case '1': mode_.lineSpacing = 7 * kPinUnits; return 2;
       default: break;
     }
+    // The rest take parameters: an unknown letter is reported at once, not after the byte
+    // that follows it.
+    static const std::string kWithParameters = "!-Ww3AJCtxRUklQNO$*KLYZ(";
+    if (c == 0 || kWithParameters.find(static_cast<char>(c)) == std::string::npos) {
+      Note("unknown command ESC " + HexBytes(&c, 1));
+      return 2;
+    }
     if (n < 3) return 0;
     const std::uint8_t v = p[2];
     switch (c) {
@@ -153,11 +160,8 @@ class EscPPrinter : public Interpreter {
         return 4;
       case '*': return BitImage(p, n);
       case 'K': case 'L': case 'Y': case 'Z': return BitImageShort(p, n);
-      case '(': return Extended(p, n);
-      default: break;
+      default: return Extended(p, n);  // ESC (
     }
-    Note("unknown command ESC " + HexBytes(&c, 1));
-    return 2;
   }
 
   // --- settings ---

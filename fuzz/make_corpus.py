@@ -168,11 +168,16 @@ def emulator():
     zpl = (b"^XA^MTD^MMT~TA000^PR2,2,2^LL320^PW480^LH3,0^CFF,26,13^CI27^MFN,F^JUS^XZ^XA^JA^XZ~HS"
            b"^XA^JA^XZ^XA^LH,0^FO0,0^XGE:fault.GRF,1,1^FS^FO160,0^FDCAFE ROMA^FS^FO26,93^BY3,3.0,80"
            b"^B2,,Y,N,N^FD12345678^FS^FO26,200^BQN,2,6^FH^FDMM,B0005A_0DB_5FC^FS^XZ")
-    italora = b"?00\r?01&8&100&D\r?90\r?02&100.000&70.000\r?10&43.250&2.250&0&1&1&1&0&CAFE ROMA\r?03&1\r"
+    italora = (b"?00\r?01&8&100&D\r?90\r?02&100.000&70.000\r?41&LOGO&10&2&FFC08040\r?40&26.000&1.000&90&LOGO\r"
+               b"?10&43.250&2.250&0&1&1&1&0&CAFE ROMA\r?20&1.000&14.375&58.000&0.250\r"
+               b"?30&30.000&16.000&C&0&E13&0.250&12.000&2&800123456789\r?03&1\r")
+    escp = bytes.fromhex("1B40 1B7401 1B7800 1B4342 1B2100 1B3318 1B2A050400 FF818181 0D0A 1B32 12 1B46 1B2D00 1B35"
+                         "1B5700 1B7701 1B3348") + b"CAFE ROMA\r\n" + bytes.fromhex("0F 1B45 1B2D01 1B34") + b"12,50\r\n" + \
+        bytes.fromhex("1B2100 1B28420D00060300470000") + b"TKT0001\r" + bytes.fromhex("1B4A79 0C")
     seeds = {}
     for model in range(12):
         for name, data in (("receipt", receipt), ("raster", raster), ("stb", stb), ("scrambled", scrambled),
-                           ("vkp", vkp), ("zpl", zpl), ("italora", italora)):
+                           ("vkp", vkp), ("zpl", zpl), ("italora", italora), ("escp", escp)):
             seeds["model%02d_%s" % (model, name)] = bytes([model, 0x01]) + bursts(data)
     seeds["paper_out_zpl"] = bytes([11, 0x89]) + bursts(zpl)
     return seeds

@@ -3,7 +3,9 @@
 // directory.
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -17,6 +19,45 @@
 namespace emulator_test {
 namespace {
 
+// Listen() on a thread of its own, until Stop().
+class ListenerThread {
+ public:
+  explicit ListenerThread(const posprint::emulator::ListenOptions& options)
+      : thread_([this, options] {
+          const bool ok = posprint::emulator::Listen(options, stop_, [this](const std::string& name) { Ready(name); },
+                                                     [this](const std::string& line) { log.push_back(line); }, &error);
+          if (!ok) Ready("failed");
+        }) {}
+  ~ListenerThread() { Stop(); }
+
+  // The port it listens on, once it does; "failed" when it could not.
+  std::string Port() {
+    std::unique_lock<std::mutex> lock(mutex_);
+    readyNow_.wait(lock, [&] { return !port_.empty(); });
+    return port_;
+  }
+  void Stop() {
+    stop_ = true;
+    if (thread_.joinable()) thread_.join();
+  }
+
+  std::string error;
+  std::vector<std::string> log;  // read after Stop()
+
+ private:
+  void Ready(const std::string& name) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    port_ = name;
+    readyNow_.notify_all();
+  }
+
+  std::atomic<bool> stop_{false};
+  std::mutex mutex_;
+  std::condition_variable readyNow_;
+  std::string port_;
+  std::thread thread_;
+};
+
 TEST(Listener, TcpPrinterAnswersAndWritesEachTicket) {
   const std::string directory = ::testing::TempDir() + "listener_previews";
   ::mkdir(directory.c_str(), 0777);
@@ -27,35 +68,9 @@ TEST(Listener, TcpPrinterAnswersAndWritesEachTicket) {
   options.listen = "tcp:127.0.0.1:0";
   options.state = PrinterState::kNearEnd;
   options.previewDir = directory;
-  std::atomic<bool> stop{false};
-  std::mutex mutex;
-  std::condition_variable readyNow;
-  std::string port, error;
-  std::vector<std::string> log;
-  std::thread listener([&] {
-    const bool ok = posprint::emulator::Listen(
-        options, stop,
-        [&](const std::string& name) {
-          std::lock_guard<std::mutex> lock(mutex);
-          port = name;
-          readyNow.notify_all();
-        },
-        [&](const std::string& line) {
-          std::lock_guard<std::mutex> lock(mutex);
-          log.push_back(line);
-        },
-        &error);
-    if (!ok) {
-      std::lock_guard<std::mutex> lock(mutex);
-      port = "failed";
-      readyNow.notify_all();
-    }
-  });
-  {
-    std::unique_lock<std::mutex> lock(mutex);
-    readyNow.wait(lock, [&] { return !port.empty(); });
-  }
-  ASSERT_NE(port, "failed") << error;
+  ListenerThread listener(options);
+  const std::string port = listener.Port();
+  ASSERT_NE(port, "failed") << listener.error;
   ASSERT_EQ(port.rfind("tcp:127.0.0.1:", 0), 0u) << port;
 
   const int handle = otool_OPEN(Nx_Stringa::FromUtf8(port).c_str(), 0, nullptr);
@@ -71,14 +86,30 @@ TEST(Listener, TcpPrinterAnswersAndWritesEachTicket) {
   ASSERT_EQ(otool_WRITE(handle, "\x10\x04\x04", 3), 3);
   EXPECT_EQ(otool_READ(handle, &answer, 1), 1);
   otool_CLOSE(handle);
-  stop = true;
-  listener.join();
+  listener.Stop();
 
   struct stat info {};
   EXPECT_EQ(::stat((directory + "/ticket-0001.png").c_str(), &info), 0);
-  std::lock_guard<std::mutex> lock(mutex);
-  ASSERT_FALSE(log.empty());
-  EXPECT_EQ(log[0], "printed " + directory + "/ticket-0001.png");
+  ASSERT_FALSE(listener.log.empty());
+  EXPECT_EQ(listener.log[0], "printed " + directory + "/ticket-0001.png");
+}
+
+// An LX300 out of paper stops the program at the other end with XOFF before it says
+// where it listens.
+TEST(Listener, Lx300OutOfPaperSendsXoff) {
+  posprint::emulator::ListenOptions options;
+  options.model = "LX300";
+  options.listen = "pty";
+  options.state = PrinterState::kPaperOut;
+  ListenerThread listener(options);
+  const std::string port = listener.Port();
+  ASSERT_NE(port, "failed") << listener.error;
+  const int fd = ::open(port.c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK);
+  ASSERT_GE(fd, 0);
+  char byte = 0;
+  EXPECT_EQ(::read(fd, &byte, 1), 1);
+  EXPECT_EQ(byte, 0x13);
+  ::close(fd);
 }
 
 TEST(Listener, RefusesWhatItCannotPlay) {

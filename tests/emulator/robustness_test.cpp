@@ -58,7 +58,7 @@ TEST(Robustness, RandomBytesNeverBreakAPrinter) {
 TEST(Robustness, CommandBytesMixedWithNoise) {
   // Command starts are far more likely here than in plain noise, so parameters run into
   // each other in every way.
-  const std::uint8_t starts[] = {0x1B, 0x1D, 0x10, 0x0A, 0x00, '^', '~', 'X', 'F', 'B', 'Q', ','};
+  const std::uint8_t starts[] = {0x1B, 0x1D, 0x10, 0x0A, 0x00, '^', '~', 'X', 'F', 'B', 'Q', ',', '?', '&', '0', 0x0D, 0x0C, '('};
   for (const std::string& model : Models()) {
     SCOPED_TRACE(model);
     auto printer = VirtualPrinter::ForModel(model);

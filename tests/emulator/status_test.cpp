@@ -39,6 +39,13 @@ TEST(Status, EveryModelAnswersForEveryState) {
        "10 04 14",
        {"10 0F 00 00 00 00", "10 0F 04 08 00 00", "10 0F 05 00 00 00", "10 0F 00 02 00 00", "10 0F 00 00 01 00",
         ""}},
+      // ?90 CR: !90&paper&head&ribbon&pause&error CR.
+      {"ITALORA",
+       "3F 39 30 0D",
+       {"21 39 30 26 30 26 30 26 30 26 30 26 30 0D", "21 39 30 26 30 26 30 26 30 26 30 26 30 0D",
+        "21 39 30 26 31 26 30 26 30 26 30 26 30 0D", "21 39 30 26 30 26 31 26 30 26 30 26 30 0D",
+        "21 39 30 26 30 26 30 26 30 26 30 26 32 0D", ""}},
+      {"LX300", "10 04 01 1B 76", {"", "", "", "", "", ""}},  // a printer that never answers
   };
   for (const Case& c : cases) {
     for (int i = 0; i < 6; ++i) {
@@ -48,6 +55,21 @@ TEST(Status, EveryModelAnswersForEveryState) {
       printer->Receive(Hex(c.request));
       EXPECT_EQ(Answers(*printer), c.answers[i]);
     }
+  }
+}
+
+// The LX300 answers nothing: it tells that it cannot print by holding the line with
+// XOFF. Switched off, it holds nothing (the bytes are lost).
+TEST(Status, Lx300HoldsTheLineWhenItCannotPrint) {
+  const bool holds[6] = {false, false, true, true, true, false};
+  for (int i = 0; i < 6; ++i) {
+    SCOPED_TRACE(posprint::emulator::StateName(kStates[i]));
+    auto printer = VirtualPrinter::ForModel("LX300");
+    printer->SetState(kStates[i]);
+    EXPECT_EQ(printer->HoldsLine(), holds[i]);
+    auto receipt = VirtualPrinter::ForModel("TMT70");  // a printer that answers holds nothing
+    receipt->SetState(kStates[i]);
+    EXPECT_FALSE(receipt->HoldsLine());
   }
 }
 

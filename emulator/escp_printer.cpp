@@ -13,8 +13,7 @@
 
 #include "emulator/barcodes.h"
 #include "emulator/glyphs.h"
-#include "emulator/interpreter.h"
-#include "emulator/receipt_paper.h"
+#include "emulator/strip_printer.h"
 #include "platform/codepage.h"
 
 namespace posprint::emulator {
@@ -53,46 +52,13 @@ struct Mode {
   int lineSpacing = kDefaultSpacing;
 };
 
-class EscPPrinter : public Interpreter {
+class EscPPrinter : public StripPrinter {
  public:
-  explicit EscPPrinter(Notes& notes) : notes_(notes), paper_(kPaperDots, kPrintableDots) {
-    Initialise();
-  }
-
-  void Feed(std::uint8_t byte) override {
-    ++received_;
-    pending_.push_back(byte);
-    std::size_t start = 0;
-    while (start < pending_.size()) {
-      const std::size_t used = Parse(pending_.data() + start, pending_.size() - start);
-      if (used == 0) break;
-      start += used;
-    }
-    pending_.erase(pending_.begin(), pending_.begin() + static_cast<long>(start));
-  }
-
-  void Finish() override {
-    if (pending_.empty()) return;
-    Note("a command was cut short: " + HexBytes(pending_.data(), std::min<std::size_t>(pending_.size(), 8)) +
-         (pending_.size() > 8 ? " ..." : "") + " (" + std::to_string(pending_.size()) + " bytes) never ended");
-    pending_.clear();
-  }
-
-  std::size_t PendingBytes() const override { return pending_.size(); }
-  void SetState(PrinterState state) override { state_ = state; }
-
-  int FinishedPages() const override { return paper_.CutPieces(); }
-  Image Page(int index) const override { return paper_.Piece(index); }
-  Image Unfinished() const override { return paper_.SinceLastCut(); }
-  Image Preview() const override { return paper_.Strip(); }
+  explicit EscPPrinter(Notes& notes) : StripPrinter(kPaperDots, kPrintableDots, notes) { Initialise(); }
 
  private:
-  void Note(const std::string& text) {
-    notes_.Add("byte " + std::to_string(received_ - pending_.size()) + ": " + text);
-  }
-
   // One command from the front of the bytes; the count it used, 0 when it needs more.
-  std::size_t Parse(const std::uint8_t* p, std::size_t n) {
+  std::size_t Parse(const std::uint8_t* p, std::size_t n) override {
     const std::uint8_t b = p[0];
     if (b >= 0x20) {
       PrintCharacter(b);
@@ -278,8 +244,6 @@ class EscPPrinter : public Interpreter {
     y_ += units;
   }
 
-  bool Printing() const { return Prints(state_); }
-
   void Put(const Image& picture, int xDots) {
     if (Printing()) paper_.Put(picture, xDots);
   }
@@ -397,17 +361,12 @@ class EscPPrinter : public Interpreter {
     return line;
   }
 
-  Notes& notes_;
-  ReceiptPaper paper_;
-  PrinterState state_ = PrinterState::kReady;
   Mode mode_;
   int table_ = CodepageTranslator::kPC437;
   int x_ = 0;           // 1/720 inch from the left margin
   int y_ = 0;           // 1/216 inch from the top of the paper
   int pageTop_ = 0;     // where the current form began
   int pageLength_ = kDefaultPageLines * kDefaultSpacing;
-  std::vector<std::uint8_t> pending_;
-  std::size_t received_ = 0;
 };
 
 }  // namespace

@@ -13,8 +13,7 @@
 #include "emulator/barcodes.h"
 #include "emulator/escpos_status.h"
 #include "emulator/glyphs.h"
-#include "emulator/interpreter.h"
-#include "emulator/receipt_paper.h"
+#include "emulator/strip_printer.h"
 #include "platform/codepage.h"
 
 namespace posprint::emulator {
@@ -57,70 +56,29 @@ struct LineItem {
   int x;
 };
 
-class EscPosPrinter : public Interpreter {
+class EscPosPrinter : public StripPrinter {
  public:
   EscPosPrinter(const ModelProfile& profile, PrinterLink link, Notes& notes)
-      : profile_(profile),
+      : StripPrinter(profile.rows[0].paperDots, profile.rows[0].printableDots, notes),
+        profile_(profile),
         link_(std::move(link)),
-        notes_(notes),
-        row_(&profile.rows[0]),
-        paper_(profile.rows[0].paperDots, profile.rows[0].printableDots) {
+        row_(&profile.rows[0]) {
     Initialise();
   }
 
-  void Feed(std::uint8_t byte) override {
-    ++received_;
-    RealTime(byte);
-    pending_.push_back(byte);
-    while (start_ < pending_.size()) {
-      const std::size_t used = Parse(pending_.data() + start_, pending_.size() - start_);
-      if (used == 0) break;
-      start_ += used;
-    }
-    if (start_ == pending_.size()) {
-      pending_.clear();
-      start_ = 0;
-    } else if (start_ > 65536) {
-      pending_.erase(pending_.begin(), pending_.begin() + static_cast<long>(start_));
-      start_ = 0;
-    }
-  }
-
-  void Finish() override {
-    if (PendingBytes() > 0) {
-      Note("a command was cut short: " + HexBytes(pending_.data() + start_, std::min<std::size_t>(PendingBytes(), 8)) +
-           (PendingBytes() > 8 ? " ..." : "") + " (" + std::to_string(PendingBytes()) + " bytes) never ended");
-      pending_.clear();
-      start_ = 0;
-    }
-  }
-
-  std::size_t PendingBytes() const override { return pending_.size() - start_; }
-  void SetState(PrinterState state) override { state_ = state; }
-
-  int FinishedPages() const override { return paper_.CutPieces(); }
-  Image Page(int index) const override { return paper_.Piece(index); }
-  Image Unfinished() const override { return paper_.SinceLastCut(); }
-  Image Preview() const override { return paper_.Strip(); }
-
  private:
   // --- bytes in ---
-
-  void Note(const std::string& text) {
-    const std::size_t at = received_ - PendingBytes();
-    notes_.Add("byte " + std::to_string(at) + ": " + text);
-  }
 
   void Answer(const std::optional<std::string>& answer) {
     if (answer && link_.answer) link_.answer(*answer);
   }
 
   // DLE EOT n is answered on arrival, even inside another command's data.
-  void RealTime(std::uint8_t byte) {
+  void Arrived(std::uint8_t byte) override {
     if (realTime_ == 2) {
       realTime_ = 0;
-      answeredFrom_ = received_ - 3;
-      answeredTo_ = received_;
+      answeredFrom_ = Received() - 3;
+      answeredTo_ = Received();
       const auto answer = DleEotAnswer(profile_.status, state_, byte);
       if (!answer && state_ != PrinterState::kSilent) notes_.Add("status request DLE EOT " + HexBytes(&byte, 1) + " is not known to this printer");
       Answer(answer);
@@ -134,7 +92,7 @@ class EscPosPrinter : public Interpreter {
   }
 
   // One command from the front of the bytes; the count it used, 0 when it needs more.
-  std::size_t Parse(const std::uint8_t* p, std::size_t n) {
+  std::size_t Parse(const std::uint8_t* p, std::size_t n) override {
     const std::uint8_t b = p[0];
     if (b >= 0x20) {
       PrintCharacter(b);
@@ -158,7 +116,7 @@ class EscPosPrinter : public Interpreter {
       default:
         // What is left of a status request that was answered on arrival, after another
         // command took its first bytes as parameters, is no news.
-        if (received_ - PendingBytes() < answeredTo_ && received_ - PendingBytes() >= answeredFrom_) return 1;
+        if (CommandStart() < answeredTo_ && CommandStart() >= answeredFrom_) return 1;
         if (realTime_ != 0 && PendingBytes() == 1) return 1;  // a status request on its way in
         Note("stray control byte " + HexBytes(p, 1));
         return 1;
@@ -597,8 +555,6 @@ class EscPosPrinter : public Interpreter {
     PrintLine();
   }
 
-  bool Printing() const { return Prints(state_); }
-
   std::size_t CutCommand(const std::uint8_t* p, std::size_t n) {
     const std::uint8_t m = p[2];
     if (m == 0 || m == '0') {
@@ -817,16 +773,10 @@ class EscPosPrinter : public Interpreter {
 
   const ModelProfile& profile_;
   PrinterLink link_;
-  Notes& notes_;
   const Row* row_;
-  ReceiptPaper paper_;
-  PrinterState state_ = PrinterState::kReady;
   Mode mode_;
   std::vector<LineItem> line_;
   int penX_ = 0;
-  std::vector<std::uint8_t> pending_;
-  std::size_t start_ = 0;
-  std::size_t received_ = 0;
   int realTime_ = 0;
   std::size_t answeredFrom_ = 0, answeredTo_ = 0;  // the bytes of the last status request answered
   bool paperFullNoted_ = false;

@@ -208,10 +208,6 @@ bool Listen(const ListenOptions& options, const std::atomic<bool>& stop,
     *error = "--listen takes pty, pty:LINK or tcp:HOST:PORT, not \"" + options.listen + "\"";
     return false;
   }
-  // A printer that cannot print stops the sender with XOFF from the start (a
-  // pseudo-terminal with XON/XOFF on passes it to the program's flow control).
-  constexpr char kXoff = 0x13;
-  if (!tcp && printer->HoldsLine()) WriteAll(line.Get(), std::string(1, kXoff));
   if (ready) ready(name);
 
   PreviewWriter previews(*printer, options.previewDir, log);
@@ -241,6 +237,12 @@ bool Listen(const ListenOptions& options, const std::atomic<bool>& stop,
     }
     if (!Serve(watch.fd, *printer)) {
       if (tcp) client.Reset();  // the program went away; wait for the next one
+    } else if (!tcp && printer->HoldsLine()) {
+      // A printer that cannot print answers what it hears with XOFF. It is sent after the
+      // program's first bytes: by then the program has set up the line, and its XON/XOFF
+      // flow control stops its output (an XOFF that came earlier would be read as data).
+      constexpr char kXoff = 0x13;
+      WriteAll(line.Get(), std::string(1, kXoff));
     }
     snapshotDue = true;
     previews.PagesDone();

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -94,8 +95,7 @@ TEST(Listener, TcpPrinterAnswersAndWritesEachTicket) {
   EXPECT_EQ(listener.log[0], "printed " + directory + "/ticket-0001.png");
 }
 
-// An LX300 out of paper stops the program at the other end with XOFF before it says
-// where it listens.
+// An LX300 out of paper answers what it hears with XOFF.
 TEST(Listener, Lx300OutOfPaperSendsXoff) {
   posprint::emulator::ListenOptions options;
   options.model = "LX300";
@@ -104,8 +104,11 @@ TEST(Listener, Lx300OutOfPaperSendsXoff) {
   ListenerThread listener(options);
   const std::string port = listener.Port();
   ASSERT_NE(port, "failed") << listener.error;
-  const int fd = ::open(port.c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK);
+  const int fd = ::open(port.c_str(), O_RDWR | O_NOCTTY);
   ASSERT_GE(fd, 0);
+  ASSERT_EQ(::write(fd, "\x1B@", 2), 2);
+  pollfd answer{fd, POLLIN, 0};
+  ASSERT_EQ(::poll(&answer, 1, 10000), 1) << "no XOFF (a guard against hanging, not a time limit)";
   char byte = 0;
   EXPECT_EQ(::read(fd, &byte, 1), 1);
   EXPECT_EQ(byte, 0x13);

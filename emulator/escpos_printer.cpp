@@ -91,7 +91,6 @@ class EscPosPrinter : public StripPrinter {
     realTime_ = byte == DLE ? 1 : 0;
   }
 
-  // One command from the front of the bytes; the count it used, 0 when it needs more.
   std::size_t Parse(const std::uint8_t* p, std::size_t n) override {
     const std::uint8_t b = p[0];
     if (b >= 0x20) {

@@ -7,6 +7,7 @@
 #include <ZXing/DecodeHints.h>
 #include <ZXing/ReadBarcode.h>
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -25,7 +26,15 @@ using posprint::test::ToHex;
 // The box around every black dot; width 0 when there is none.
 struct Box {
   int x = 0, y = 0, width = 0, height = 0;
+  bool operator==(const Box& other) const {
+    return x == other.x && y == other.y && width == other.width && height == other.height;
+  }
 };
+
+// How gtest shows a box that differs: {x, y, width, height}.
+inline void PrintTo(const Box& box, std::ostream* out) {
+  *out << "{" << box.x << ", " << box.y << ", " << box.width << ", " << box.height << "}";
+}
 
 inline Box InkBox(const Image& image, int fromY = 0, int toY = -1) {
   if (toY < 0) toY = image.Height();

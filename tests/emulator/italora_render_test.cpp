@@ -62,11 +62,7 @@ TEST(ItaloraLabel, TextCellsFontsMultipliersAndTurns) {
     std::string line = c.line;
     for (char& ch : line)
       if (ch == '|') ch = '\r';
-    const Box box = InkBox(LabelOf(line));
-    EXPECT_EQ(box.x, c.box.x);
-    EXPECT_EQ(box.y, c.box.y);
-    EXPECT_EQ(box.width, c.box.width);
-    EXPECT_EQ(box.height, c.box.height);
+    EXPECT_EQ(InkBox(LabelOf(line)), c.box);
   }
 }
 

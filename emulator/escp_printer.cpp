@@ -101,7 +101,7 @@ class EscPPrinter : public StripPrinter {
     // The rest take parameters: an unknown letter is reported at once, not after the byte
     // that follows it.
     static const std::string kWithParameters = "!-Ww3AJCtxRUklQNO$*KLYZ(";
-    if (c == 0 || kWithParameters.find(static_cast<char>(c)) == std::string::npos) {
+    if (kWithParameters.find(static_cast<char>(c)) == std::string::npos) {
       Note("unknown command ESC " + HexBytes(&c, 1));
       return 2;
     }
@@ -133,7 +133,6 @@ class EscPPrinter : public StripPrinter {
 
   void Initialise() {
     mode_ = Mode();
-    table_ = CodepageTranslator::kPC437;
     pageLength_ = kDefaultPageLines * kDefaultSpacing;
     pageTop_ = y_;  // the form is taken to start where the paper stands
   }
@@ -180,7 +179,7 @@ class EscPPrinter : public StripPrinter {
     GlyphStyle style;
     style.bold = mode_.emphasized || mode_.doubleStrike;
     style.italic = mode_.italic;
-    const char32_t ch = static_cast<char32_t>(CodepageTranslator::Decode(table_, b));
+    const char32_t ch = static_cast<char32_t>(CodepageTranslator::Decode(CodepageTranslator::kPC437, b));
     Image cell(right - left, height);
     cell.DrawOver(DrawGlyph(ch, right - left, height, style), 0, 0);
     if (mode_.underline) cell.FillRect(0, height - 1, cell.Width(), 1, kBlack);
@@ -361,7 +360,6 @@ class EscPPrinter : public StripPrinter {
   }
 
   Mode mode_;
-  int table_ = CodepageTranslator::kPC437;
   int x_ = 0;           // 1/720 inch from the left margin
   int y_ = 0;           // 1/216 inch from the top of the paper
   int pageTop_ = 0;     // where the current form began

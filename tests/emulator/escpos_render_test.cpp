@@ -15,66 +15,32 @@ using posprint::emulator::kCutMark;
 
 constexpr int kLeft = 68;  // first printable dot of the TMT70's paper
 
-TEST(EscPosText, FontACharacterSitsInItsCellAtTheLeftMargin) {
-  auto printer = PrinterFed("TMT70", "1B 40 48 0A");  // "H"
-  const Box box = InkBox(printer->Preview());
-  EXPECT_GE(box.x, kLeft);
-  EXPECT_LE(box.x + box.width, kLeft + 12);
-  EXPECT_GE(box.y, 0);
-  EXPECT_LE(box.y + box.height, 24);
-  EXPECT_GE(box.height, 14) << "a capital fills most of the 24-dot cell";
-  EXPECT_EQ(printer->Preview().Height(), 30) << "one line fed by the default spacing";
-}
-
-TEST(EscPosText, CharactersAdvanceByTheirCellWidth) {
-  auto one = PrinterFed("TMT70", "48 0A");
-  auto two = PrinterFed("TMT70", "48 48 0A");  // "HH"
-  const Box first = InkBox(one->Preview()), both = InkBox(two->Preview());
-  EXPECT_EQ(both.x, first.x);
-  EXPECT_EQ(both.x + both.width, first.x + first.width + 12);
-}
-
-TEST(EscPosText, DoubleWidthAndHeightDoubleTheCell) {
-  auto normal = PrinterFed("TMT70", "48 0A");
-  auto doubled = PrinterFed("TMT70", "1B 21 30 48 0A");  // ESC ! 0x30: double height and width
-  const Box a = InkBox(normal->Preview()), b = InkBox(doubled->Preview());
-  EXPECT_NEAR(b.width, 2 * a.width, 2);
-  EXPECT_NEAR(b.height, 2 * a.height, 2);
-  EXPECT_LE(b.x + b.width, kLeft + 24);
-  EXPECT_EQ(doubled->Preview().Height(), 48) << "a 48-dot line feeds its own height, more than the spacing";
-}
-
-TEST(EscPosText, GsExclamationScalesByItsMultipliers) {
-  auto normal = PrinterFed("TMT70", "48 0A");
-  auto scaled = PrinterFed("TMT70", "1D 21 21 48 0A");  // GS ! 0x21: 3 wide, 2 high
-  const Box a = InkBox(normal->Preview()), b = InkBox(scaled->Preview());
-  EXPECT_NEAR(b.width, 3 * a.width, 3);
-  EXPECT_NEAR(b.height, 2 * a.height, 2);
-}
-
-TEST(EscPosText, FontBHasTheSmallerCell) {
-  auto printer = PrinterFed("TMT70", "1B 21 01 48 48 0A");
-  const Box box = InkBox(printer->Preview());
-  EXPECT_LE(box.x + box.width, kLeft + 18);
-  EXPECT_LE(box.y + box.height, 17);
-}
-
-TEST(EscPosText, AlignmentPlacesTheLineInThePrintableWidth) {
+// The full block (PC437 DB) fills its character cell, so its ink is the cell; the strip
+// after LF shows how far the line fed.
+TEST(EscPosText, CellsSizesAndAlignment) {
   struct Case {
     const char* name;
     const char* bytes;
-    int centre;  // expected centre of the ink, in dots from the paper's edge
+    Box box;
+    int fed;
   };
   const Case cases[] = {
-      {"left", "1B 61 00 48 48 0A", kLeft + 12},
-      {"centre", "1B 61 01 48 48 0A", kLeft + 252},
-      {"centre as ASCII digit", "1B 61 31 48 48 0A", kLeft + 252},
-      {"right", "1B 61 02 48 48 0A", kLeft + 504 - 12},
+      {"font A at the left margin", "DB 0A", {kLeft, 0, 12, 24}, 30},
+      {"characters advance by their cell", "DB DB 0A", {kLeft, 0, 24, 24}, 30},
+      {"font B", "1B 21 01 DB DB 0A", {kLeft, 0, 18, 17}, 30},
+      {"ESC ! 0x30: double width and height, a line of its own height", "1B 21 30 DB 0A", {kLeft, 0, 24, 48}, 48},
+      {"GS ! 0x21: 3 wide, 2 high", "1D 21 21 DB 0A", {kLeft, 0, 36, 48}, 48},
+      {"ESC @ drops the unprinted line and the mode", "1B 21 30 DB DB 1B 40 DB 0A", {kLeft, 0, 12, 24}, 30},
+      {"aligned left", "1B 61 00 DB DB 0A", {kLeft, 0, 24, 24}, 30},
+      {"centred in the 504 printable dots", "1B 61 01 DB DB 0A", {kLeft + 240, 0, 24, 24}, 30},
+      {"centred, as an ASCII digit", "1B 61 31 DB DB 0A", {kLeft + 240, 0, 24, 24}, 30},
+      {"aligned right", "1B 61 02 DB DB 0A", {kLeft + 480, 0, 24, 24}, 30},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    const Box box = InkBox(PrinterFed("TMT70", c.bytes)->Preview());
-    EXPECT_NEAR(box.x + box.width / 2, c.centre, 2);
+    const Image strip = PrinterFed("TMT70", c.bytes)->Preview();
+    EXPECT_EQ(InkBox(strip), c.box);
+    EXPECT_EQ(strip.Height(), c.fed);
   }
 }
 
@@ -131,61 +97,28 @@ TEST(EscPosText, CodeTablePc858PrintsTheEuroSign) {
   EXPECT_NE(pc437->Preview().Crop(kLeft, 0, 12, 24).Dots(), expected.Dots());
 }
 
-TEST(EscPosText, InitialiseDropsTheUnprintedLineAndResetsTheMode) {
-  auto printer = PrinterFed("TMT70", "1B 21 30 48 48 1B 40 48 0A");
-  const Box box = InkBox(printer->Preview());
-  EXPECT_LE(box.x + box.width, kLeft + 12);
-  EXPECT_LE(box.height, 24);
-}
-
-TEST(EscPosPictures, RasterImageDotsAsSent) {
-  // GS v 0, normal size, 1 byte by 2 rows: F0 then 0F.
-  auto printer = PrinterFed("TMT70", "1D 76 30 00 01 00 02 00 F0 0F");
-  const Image page = printer->Preview();
-  for (int x = 0; x < 8; ++x) {
-    EXPECT_EQ(page.At(kLeft + x, 0), x < 4 ? kBlack : posprint::emulator::kPaper) << x;
-    EXPECT_EQ(page.At(kLeft + x, 1), x >= 4 ? kBlack : posprint::emulator::kPaper) << x;
+TEST(EscPosPictures, DotsWhereAndAsLargeAsEachModeDrawsThem) {
+  struct Case {
+    const char* name;
+    const char* model;
+    const char* bytes;
+    Box box;
+  };
+  const Case cases[] = {
+      {"GS v 0: the high bit leftmost", "TMT70", "1D 76 30 00 01 00 01 00 F0", {kLeft, 0, 4, 1}},
+      {"GS v 0: the low bits right", "TMT70", "1D 76 30 00 01 00 01 00 0F", {kLeft + 4, 0, 4, 1}},
+      {"GS v 0 double size: 2 x 2 a dot", "TMT70", "1D 76 30 33 01 00 01 00 80", {kLeft, 0, 2, 2}},
+      {"GS v 0 follows the alignment", "TMT70", "1B 61 01 1D 76 30 00 01 00 01 00 FF", {kLeft + 248, 0, 8, 1}},
+      {"ESC * 0: the top dot, 2 x 3", "TMT70", "1B 2A 00 01 00 80 0A", {kLeft, 0, 2, 3}},
+      {"ESC * 0: the bottom dot", "TMT70", "1B 2A 00 01 00 01 0A", {kLeft, 21, 2, 3}},
+      {"ESC * 0 bands stack at spacing 0", "TMT70", "1B 33 00 1B 2A 00 01 00 FF 0D 0A 1B 2A 00 01 00 FF 0D 0A",
+       {kLeft, 0, 2, 48}},
+      {"ESC * 33: 24 dots, one to one", "STB60", "1B 2A 21 01 00 80 00 01 0A", {(480 - 384) / 2, 0, 1, 24}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(InkBox(PrinterFed(c.model, c.bytes)->Preview()), c.box);
   }
-  EXPECT_EQ(page.Height(), 2);
-}
-
-TEST(EscPosPictures, RasterDoubleSizeDoublesEveryDot) {
-  auto printer = PrinterFed("TMT70", "1D 76 30 33 01 00 01 00 80");
-  const Image page = printer->Preview();
-  EXPECT_EQ(page.Count(kBlack), 4);
-  EXPECT_EQ(page.Count(kBlack, kLeft, 0, 2, 2), 4);
-}
-
-TEST(EscPosPictures, RasterFollowsTheAlignment) {
-  auto printer = PrinterFed("TMT70", "1B 61 01 1D 76 30 00 01 00 01 00 FF");
-  const Box box = InkBox(printer->Preview());
-  EXPECT_EQ(box.x, kLeft + (504 - 8) / 2);
-}
-
-TEST(EscPosPictures, BitImageEightDotSingleDensityIsTwoWideThreeHigh) {
-  // ESC * 0, two columns: the top dot, then the bottom dot.
-  auto printer = PrinterFed("TMT70", "1B 33 00 1B 2A 00 02 00 80 01 0D 0A");
-  const Image page = printer->Preview();
-  EXPECT_EQ(page.Count(kBlack, kLeft, 0, 2, 3), 6);
-  EXPECT_EQ(page.Count(kBlack, kLeft + 2, 21, 2, 3), 6);
-  EXPECT_EQ(page.Count(kBlack), 12);
-  EXPECT_EQ(page.Height(), 24) << "with spacing 0 the band feeds its own height";
-}
-
-TEST(EscPosPictures, BitImageTwentyFourDotDoubleDensityIsOneToOne) {
-  auto printer = PrinterFed("STB60", "1B 2A 21 01 00 80 00 01 0A");
-  const Image page = printer->Preview();
-  const int left = (480 - 384) / 2;
-  EXPECT_EQ(page.At(left, 0), kBlack);
-  EXPECT_EQ(page.At(left, 23), kBlack);
-  EXPECT_EQ(page.Count(kBlack), 2);
-}
-
-TEST(EscPosPictures, BandsStackWithoutGapsAtSpacingZero) {
-  auto printer = PrinterFed("TMT70", "1B 33 00 1B 2A 00 01 00 FF 0D 0A 1B 2A 00 01 00 FF 0D 0A 1B 32");
-  const auto bands = InkBands(printer->Preview());
-  ASSERT_EQ(bands.size(), 1u);
-  EXPECT_EQ(bands[0].second - bands[0].first + 1, 48);
 }
 
 TEST(EscPosBarcodes, ReadBackWithTheirData) {

@@ -336,7 +336,9 @@ class EscPPrinter : public StripPrinter {
       Note("bar code not printed: " + symbol.error + " (data \"" + data + "\")");
       return;
     }
-    const Image bars = DrawBars(symbol, kKinds[kind], module, std::max(1, barDots));
+    // Bars longer than a form would print over the perforation into the next: a garbled
+    // length is held to one form.
+    const Image bars = DrawBars(symbol, kKinds[kind], module, std::clamp(barDots, 1, Dots(pageLength_)));
     const int left = x_ / kXUnitsPerDot;
     if (left + bars.Width() > kPrintableDots) {
       Note("bar code \"" + data + "\" runs past the right margin: not printed");

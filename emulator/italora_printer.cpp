@@ -342,16 +342,26 @@ class ItaloraPrinter : public Interpreter {
       Note("barcode not printed: " + symbol.error + " (data \"" + p[8] + "\")");
       return;
     }
-    module = std::clamp(module, 1, 64);
+    Image* label = Label();
+    if (!label) return;
+    // A symbol more than twice as wide as the label cannot be read off it: skipped rather
+    // than drawn (a garbled module would otherwise make a huge picture). Bars are at most
+    // as long as the label.
+    module = std::max(1, module);
+    const long symbolDots = static_cast<long>(symbol.width) * module;
+    if (symbolDots > 2L * label->Width()) {
+      Note("a symbol " + std::to_string(symbolDots) + " dots wide does not fit the label: skipped");
+      return;
+    }
     int barsTop = 0;
     const Image block = symbology == Symbology::kQrCode
                             ? DrawMatrix(symbol, module)
-                            : BarsWithText(symbol, symbology, module, std::clamp(height, 1, kMaxImageHeight), readable, &barsTop);
+                            : BarsWithText(symbol, symbology, module, std::clamp(height, 1, label->Height()), readable, &barsTop);
     const Image turned = Turned(block, degrees);
     const int left = p[2] == "L" ? x : p[2] == "C" ? x - turned.Width() / 2 : x - turned.Width();
     // Upright, y is the top of the bars and their text above stands higher still.
     const int top = degrees == 0 ? y - barsTop : y;
-    if (Image* label = Label()) label->DrawOver(turned, left, top);
+    label->DrawOver(turned, left, top);
   }
 
   Image BarsWithText(const Symbol& symbol, Symbology symbology, int module, int height, int readable, int* barsTop) {

@@ -124,6 +124,7 @@ TEST(ItaloraLabel, LinesItCannotTakeAreNoted) {
       {"?10&1&1&0&1&1&1&0&A|", "line 1 (?10): nothing to draw on: no label was started with ?02"},
       {"?02&60&40|?10&1&1&45&1&1&1&0&A|", "line 2 (?10): rotation \"45\" is not 0, 90, 180 or 270: ignored"},
       {"?02&60&40|?30&1&1&C&0&EAN&0.25&10&0&1|", "line 2 (?30): symbology \"EAN\" is not known: barcode skipped"},
+      {"?02&60&40|?30&1&1&C&0&128&9000&10&0&A|", "line 2 (?30): a symbol 3312000 dots wide does not fit the label: skipped"},
       {"?41&P&10&2&FFC0|", "line 1 (?41): picture \"P\": 8 hexadecimal digits expected, 4 came: not stored"},
       {"?41&P&8&1&G0|", "line 1 (?41): picture \"P\": a row holds a character that is not hexadecimal: not stored"},
       {"?41&P&8&1&FF|?00|?02&60&40|?40&0&0&0&P|", "line 4 (?40): no picture \"P\" is stored (?41): nothing drawn"},

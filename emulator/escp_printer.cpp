@@ -180,8 +180,7 @@ class EscPPrinter : public StripPrinter {
     style.bold = mode_.emphasized || mode_.doubleStrike;
     style.italic = mode_.italic;
     const char32_t ch = static_cast<char32_t>(CodepageTranslator::Decode(CodepageTranslator::kPC437, b));
-    Image cell(right - left, height);
-    cell.DrawOver(DrawGlyph(ch, right - left, height, style), 0, 0);
+    Image cell = DrawGlyph(ch, right - left, height, style);
     if (mode_.underline) cell.FillRect(0, height - 1, cell.Width(), 1, kBlack);
     Put(cell, left);
     x_ += width;
@@ -345,7 +344,8 @@ class EscPPrinter : public StripPrinter {
       return;
     }
     const bool readable = (control & 0x02) == 0;
-    const Image text = readable ? TextLine(symbol.text) : Image();
+    const int cellWidth = kPica / kXUnitsPerDot;
+    const Image text = readable ? DrawTextLine(symbol.text, cellWidth, Dots(kCharUnits), cellWidth) : Image();
     Image block(std::max(bars.Width(), text.Width()), bars.Height() + (readable ? kHriGapDots + text.Height() : 0));
     block.DrawOver(bars, 0, 0);
     if (readable) block.DrawOver(text, (bars.Width() - text.Width()) / 2, bars.Height() + kHriGapDots);
@@ -353,13 +353,6 @@ class EscPPrinter : public StripPrinter {
     x_ += bars.Width() * kXUnitsPerDot;
   }
 
-  static Image TextLine(const std::string& text) {
-    const int width = kPica / kXUnitsPerDot, height = Dots(kCharUnits);
-    Image line(static_cast<int>(text.size()) * width, height);
-    for (std::size_t i = 0; i < text.size(); ++i)
-      line.DrawOver(DrawGlyph(static_cast<unsigned char>(text[i]), width, height, GlyphStyle()), static_cast<int>(i) * width, 0);
-    return line;
-  }
 
   Mode mode_;
   int x_ = 0;           // 1/720 inch from the left margin

@@ -414,13 +414,7 @@ class EscPosPrinter : public StripPrinter {
     Image cell(width + spacing, height);
     cell.DrawOver(glyph, 0, 0);
     if (mode_.underline) cell.FillRect(0, height - mode_.underline, cell.Width(), mode_.underline, kBlack);
-    if (mode_.reverse) {
-      Image inverted(cell.Width(), cell.Height(), kBlack);
-      for (int y = 0; y < cell.Height(); ++y)
-        for (int x = 0; x < cell.Width(); ++x)
-          if (cell.At(x, y) == kBlack) inverted.Set(x, y, kPaper);
-      cell = inverted;
-    }
+    if (mode_.reverse) cell = cell.Inverted();
     if (mode_.rotated) cell = cell.RotatedClockwise();
     return cell;
   }
@@ -752,13 +746,7 @@ class EscPosPrinter : public StripPrinter {
 
   Image HriLine(const std::string& text) const {
     const Cell cell = mode_.hriFont ? row_->fontB : row_->fontA;
-    Image line(static_cast<int>(text.size()) * cell.width, cell.height);
-    int x = 0;
-    for (unsigned char c : text) {
-      line.DrawOver(DrawGlyph(c, cell.width, cell.height, GlyphStyle()), x, 0);
-      x += cell.width;
-    }
-    return line;
+    return DrawTextLine(text, cell.width, cell.height, cell.width);
   }
 
   static std::string Printable(const std::string& data) {

@@ -9,6 +9,8 @@
 #include <mutex>
 #include <tuple>
 
+#include "platform/codepage.h"
+
 namespace posprint::emulator {
 namespace {
 
@@ -114,6 +116,17 @@ Image DrawGlyph(char32_t ch, int width, int height, GlyphStyle style) {
     return TheFaces().Draw(ch, width / sx, height / sy, style).Scaled(sx, sy).Crop(0, 0, width, height);
   }
   return TheFaces().Draw(ch, width, height, style);
+}
+
+Image DrawTextLine(const std::string& text, int cellWidth, int cellHeight, int advance, GlyphStyle style) {
+  const long width = static_cast<long>(text.size()) * std::max(advance, 0);
+  Image line(static_cast<int>(std::min<long>(width, kMaxImageWidth)), cellHeight);
+  for (std::size_t i = 0; i < text.size() && static_cast<long>(i) * advance < kMaxImageWidth; ++i) {
+    const auto byte = static_cast<std::uint8_t>(text[i]);
+    const char32_t ch = static_cast<char32_t>(CodepageTranslator::Decode(CodepageTranslator::kAnsi, byte));
+    line.DrawOver(DrawGlyph(ch, cellWidth, cellHeight, style), static_cast<int>(i) * advance, 0);
+  }
+  return line;
 }
 
 std::string FontProblem() { return TheFaces().Problem(); }

@@ -19,6 +19,11 @@ struct GlyphStyle {
 // (see FontProblem).
 Image DrawGlyph(char32_t ch, int width, int height, GlyphStyle style);
 
+// A line of characters, one byte each in Windows-1252 (plain ASCII as itself), every
+// character in a cell of cellWidth x cellHeight dots, `advance` dots after the one before.
+// Characters past the widest picture a printer draws are left out.
+Image DrawTextLine(const std::string& text, int cellWidth, int cellHeight, int advance, GlyphStyle style = {});
+
 // Empty when the faces loaded; else what went wrong (for the printer's notes).
 std::string FontProblem();
 

@@ -77,6 +77,12 @@ Image Image::Scaled(int sx, int sy) const {
   return out;
 }
 
+Image Image::Inverted() const {
+  Image out(width_, height_);
+  for (std::size_t i = 0; i < dots_.size(); ++i) out.dots_[i] = dots_[i] == kBlack ? kPaper : kBlack;
+  return out;
+}
+
 int Image::Count(std::uint8_t ink, int x, int y, int width, int height) const {
   int count = 0;
   const int x0 = std::max(x, 0), y0 = std::max(y, 0);

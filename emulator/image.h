@@ -42,6 +42,8 @@ class Image {
   Image RotatedClockwise() const;
   // Every dot becomes sx by sy dots.
   Image Scaled(int sx, int sy) const;
+  // White on black: printed dots become paper and every other dot is printed.
+  Image Inverted() const;
 
   // The count of dots of that ink in the rectangle.
   int Count(std::uint8_t ink, int x, int y, int width, int height) const;

@@ -16,7 +16,6 @@
 #include "emulator/glyphs.h"
 #include "emulator/interpreter.h"
 #include "emulator/label_roll.h"
-#include "platform/codepage.h"
 
 namespace posprint::emulator {
 namespace {
@@ -273,21 +272,9 @@ class ItaloraPrinter : public Interpreter {
     GlyphStyle glyphStyle;
     glyphStyle.bold = style & kBold;
     glyphStyle.italic = style & kItalic;
-    const int shown = static_cast<int>(std::min<std::size_t>(text.size(), kMaxImageWidth / cellWidth + 1));
-    Image picture(shown * cellWidth, cellHeight);
-    for (int i = 0; i < shown; ++i) {
-      const char32_t ch = static_cast<char32_t>(CodepageTranslator::Decode(CodepageTranslator::kAnsi, static_cast<std::uint8_t>(text[i])));
-      picture.DrawOver(DrawGlyph(ch, cellWidth, cellHeight, glyphStyle), i * cellWidth, 0);
-    }
+    Image picture = DrawTextLine(text, cellWidth, cellHeight, cellWidth, glyphStyle);
     if (style & kUnderline) picture.FillRect(0, cellHeight - std::max(1, dotsPerMm_ / 4), picture.Width(), std::max(1, dotsPerMm_ / 4), kBlack);
-    if (style & kReverse) {
-      Image inverted(picture.Width(), picture.Height(), kBlack);
-      for (int y = 0; y < picture.Height(); ++y)
-        for (int x = 0; x < picture.Width(); ++x)
-          if (picture.At(x, y) == kBlack) inverted.Set(x, y, kPaper);
-      picture = inverted;
-    }
-    return picture;
+    return style & kReverse ? picture.Inverted() : picture;
   }
 
   // ?10&x&y&rotation&font&height&width&style&text

@@ -17,7 +17,6 @@
 #include "emulator/interpreter.h"
 #include "emulator/label_roll.h"
 #include "emulator/stored_graphics.h"
-#include "platform/codepage.h"
 
 namespace posprint::emulator {
 namespace {
@@ -298,21 +297,10 @@ class ZplPrinter : public Interpreter {
     return {kFontFWidth * wm, kFontFHeight * hm, (kFontFWidth + kFontFGap) * wm};
   }
 
-  Image TextPicture(const std::string& text, const TextCell& cell) const {
-    Image picture(std::max<long>(1, static_cast<long>(text.size()) * cell.advance), cell.height);
-    int x = 0;
-    for (unsigned char c : text) {
-      const char32_t ch = static_cast<char32_t>(CodepageTranslator::Decode(CodepageTranslator::kAnsi, c));
-      picture.DrawOver(DrawGlyph(ch, cell.width, cell.height, GlyphStyle()), x, 0);
-      x += cell.advance;
-    }
-    return picture;
-  }
-
   void DrawText(const std::string& text) {
     if (text.empty()) return;
     const TextCell cell = CellOfFont();
-    const Image picture = TextPicture(text, cell);
+    const Image picture = DrawTextLine(text, cell.width, cell.height, cell.advance);
     int top = field_.y;
     if (field_.baselineOrigin) top -= static_cast<int>(std::lround(cell.height * kBaselineShare));
     Label().DrawOver(picture, homeX_ + field_.x, homeY_ + top);
@@ -359,7 +347,7 @@ class ZplPrinter : public Interpreter {
     int top = field_.baselineOrigin ? field_.y - height : field_.y;
     const int x = homeX_ + field_.x;
     const TextCell cell = InterpretationCell();
-    const Image text = TextPicture(symbol.text, cell);
+    const Image text = DrawTextLine(symbol.text, cell.width, cell.height, cell.advance);
     if (line && above) {
       Label().DrawOver(text, x + (bars.Width() - text.Width()) / 2, homeY_ + top);
       top += cell.height + 2;

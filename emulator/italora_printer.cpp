@@ -22,7 +22,6 @@ namespace {
 
 // A line longer than this (a picture of more than a few million dots) is dropped.
 constexpr std::size_t kMaxLineLength = 4u << 20;
-constexpr long kMaxLabelDots = 16L * 1024 * 1024;
 constexpr std::size_t kMaxPictures = 64;
 constexpr int kMaxCopies = 99;
 constexpr double kReadableLineMm = 2.5;  // the room above or below the bars for their text
@@ -398,7 +397,7 @@ class ItaloraPrinter : public Interpreter {
     Image picture(width, height);
     for (int y = 0; y < height; ++y) {
       for (std::size_t b = 0; b < rowBytes; ++b) {
-        const int value = HexByte(hex, 2 * (y * rowBytes + b));
+        const int value = HexByteAt(hex, 2 * (y * rowBytes + b));
         if (value < 0) {
           Note("picture \"" + p[0] + "\": a row holds a character that is not hexadecimal: not stored");
           return;
@@ -408,17 +407,6 @@ class ItaloraPrinter : public Interpreter {
       }
     }
     pictures_[p[0]] = picture;
-  }
-
-  static int HexByte(const std::string& hex, std::size_t at) {
-    auto digit = [](char c) {
-      if (c >= '0' && c <= '9') return c - '0';
-      if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-      if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-      return -1;
-    };
-    const int high = digit(hex[at]), low = digit(hex[at + 1]);
-    return high < 0 || low < 0 ? -1 : high * 16 + low;
   }
 
   int dotsPerMm_;

@@ -8,6 +8,10 @@
 
 namespace posprint::emulator {
 
+// The most dots one label picture holds (a 100 x 70 mm label at 8 dots a millimetre has
+// 358400): a bound against garbled sizes, not a limit a real label meets.
+constexpr long kMaxLabelDots = 16L * 1024 * 1024;
+
 class LabelRoll {
  public:
   // False when the roll already holds as many dots as a virtual printer keeps (a bound

@@ -27,5 +27,8 @@ class Notes {
 
 // "1B 40" style text of a few bytes, for notes.
 std::string HexBytes(const unsigned char* bytes, std::size_t count);
+// The byte that the two hexadecimal digits (either case) at text[at] and text[at + 1]
+// write; -1 when either is not one. The caller sees that both are there.
+int HexByteAt(const std::string& text, std::size_t at);
 
 }  // namespace posprint::emulator

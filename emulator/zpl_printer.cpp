@@ -22,9 +22,6 @@ namespace posprint::emulator {
 namespace {
 
 constexpr std::size_t kMaxCommandLength = 4096;
-// The most dots one label picture holds (a 100 x 70 mm label at 8 dots a millimetre has
-// 358400): a bound against garbled sizes, not a limit a real label meets.
-constexpr long kMaxLabelDots = 16L * 1024 * 1024;
 // Font F, the one the label driver uses: a 13 x 26 dot cell with 3 dots between
 // characters, enlarged by whole multiples.
 constexpr int kFontFWidth = 13, kFontFHeight = 26, kFontFGap = 3;
@@ -72,13 +69,6 @@ std::vector<std::string> Split(const std::string& text) {
 }
 
 std::string At(const std::vector<std::string>& parts, std::size_t i) { return i < parts.size() ? parts[i] : ""; }
-
-int HexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return -1;
-}
 
 class ZplPrinter : public Interpreter {
  public:
@@ -267,9 +257,9 @@ class ZplPrinter : public Interpreter {
     std::string out;
     const std::string& data = field_.data;
     for (std::size_t i = 0; i < data.size(); ++i) {
-      if (data[i] == field_.hexIndicator && i + 2 < data.size() && HexValue(data[i + 1]) >= 0 &&
-          HexValue(data[i + 2]) >= 0) {
-        out += static_cast<char>(HexValue(data[i + 1]) * 16 + HexValue(data[i + 2]));
+      const int escaped = data[i] == field_.hexIndicator && i + 2 < data.size() ? HexByteAt(data, i + 1) : -1;
+      if (escaped >= 0) {
+        out += static_cast<char>(escaped);
         i += 2;
       } else {
         out += data[i];
